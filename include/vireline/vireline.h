@@ -1,0 +1,11 @@
+// Everything a client of libvireline needs.
+#ifndef VIRELINE_VIRELINE_H_
+#define VIRELINE_VIRELINE_H_
+
+#include <vireline/COrvoInterface.h>
+#include <vireline/Export.h>
+#include <vireline/PkgPath.h>
+#include <vireline/Platform.h>
+#include <vireline/Types.h>
+
+#endif  // VIRELINE_VIRELINE_H_

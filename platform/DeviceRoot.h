@@ -1,0 +1,21 @@
+// Where device paths live on the host: the device root and the mapping onto it.
+#ifndef VIRELINE_PLATFORM_DEVICEROOT_H_
+#define VIRELINE_PLATFORM_DEVICEROOT_H_
+
+#include <string>
+
+namespace vireline {
+
+// The host path of `devicePath`. Under the real root "/" the path is used
+// unchanged, as on a device. Under any other root the path is taken from the
+// device's "/" (a relative path too), "." and ".." are resolved without ever
+// climbing above the root, repeated slashes are folded, and a trailing slash
+// is kept. The empty path stays empty.
+std::string MapDevicePath(const std::string& devicePath);
+
+// `devicePath` with "." and ".." resolved below "/" and slashes folded.
+std::string NormalizeDevicePath(const std::string& devicePath);
+
+}  // namespace vireline
+
+#endif  // VIRELINE_PLATFORM_DEVICEROOT_H_

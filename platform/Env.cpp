@@ -1,0 +1,64 @@
+#include "platform/Env.h"
+
+#include <atomic>
+
+namespace vireline {
+namespace {
+
+std::atomic<Env*> gCurrentEnv{nullptr};
+
+}  // namespace
+
+Env::~Env() = default;
+
+Env* Env::Current() {
+  Env* env = gCurrentEnv.load(std::memory_order_acquire);
+  return env ? env : Default();
+}
+
+void Env::SetCurrent(Env* env) { gCurrentEnv.store(env, std::memory_order_release); }
+
+bool PathExists(const std::string& path) {
+  FileInfo info;
+  return Env::Current()->Stat(path, &info).ok();
+}
+
+Result EnvWrapper::OpenStream(const std::string& path, const char* mode, FILE** stream) {
+  return mTarget->OpenStream(path, mode, stream);
+}
+Result EnvWrapper::CloseStream(FILE* stream) { return mTarget->CloseStream(stream); }
+Result EnvWrapper::SyncStream(FILE* stream) { return mTarget->SyncStream(stream); }
+Result EnvWrapper::EraseFlash(FILE* stream, uint32_t offset, uint32_t length) {
+  return mTarget->EraseFlash(stream, offset, length);
+}
+Result EnvWrapper::Stat(const std::string& path, FileInfo* info) { return mTarget->Stat(path, info); }
+Result EnvWrapper::MakeDir(const std::string& path, uint32_t mode) { return mTarget->MakeDir(path, mode); }
+Result EnvWrapper::RemoveDir(const std::string& path) { return mTarget->RemoveDir(path); }
+Result EnvWrapper::RemoveFile(const std::string& path) { return mTarget->RemoveFile(path); }
+Result EnvWrapper::Rename(const std::string& from, const std::string& to) { return mTarget->Rename(from, to); }
+Result EnvWrapper::ChangeMode(const std::string& path, uint32_t mode) { return mTarget->ChangeMode(path, mode); }
+Result EnvWrapper::ListDir(const std::string& path, std::vector<std::string>* names) {
+  return mTarget->ListDir(path, names);
+}
+Result EnvWrapper::SyncDir(const std::string& path) { return mTarget->SyncDir(path); }
+Result EnvWrapper::StatFs(const std::string& path, FsInfo* info) { return mTarget->StatFs(path, info); }
+Result EnvWrapper::RunCommand(const std::string& command, int* exitStatus) {
+  return mTarget->RunCommand(command, exitStatus);
+}
+Result EnvWrapper::CreateLocalSocket(int* socket) { return mTarget->CreateLocalSocket(socket); }
+Result EnvWrapper::ConnectLocalSocket(int socket, const std::string& path) {
+  return mTarget->ConnectLocalSocket(socket, path);
+}
+Result EnvWrapper::Send(int socket, const void* data, size_t length, size_t* sent) {
+  return mTarget->Send(socket, data, length, sent);
+}
+Result EnvWrapper::Receive(int socket, void* data, size_t length, size_t* received) {
+  return mTarget->Receive(socket, data, length, received);
+}
+Result EnvWrapper::CloseSocket(int socket) { return mTarget->CloseSocket(socket); }
+uint64_t EnvWrapper::NowMicros() { return mTarget->NowMicros(); }
+int64_t EnvWrapper::WallClockSeconds() { return mTarget->WallClockSeconds(); }
+int64_t EnvWrapper::ProcessorClock() { return mTarget->ProcessorClock(); }
+std::string EnvWrapper::GetEnvironment(const std::string& name) { return mTarget->GetEnvironment(name); }
+
+}  // namespace vireline

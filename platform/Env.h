@@ -1,0 +1,157 @@
+// The one interface through which the library reaches the operating system.
+// Every path is a device path; which implementation answers (the real device,
+// a host folder standing in for one, or a fault-injecting test double) is
+// invisible to callers.
+#ifndef VIRELINE_PLATFORM_ENV_H_
+#define VIRELINE_PLATFORM_ENV_H_
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "platform/Result.h"
+
+namespace vireline {
+
+enum class FileType { kRegular, kDirectory, kOther };
+
+struct FileInfo {
+  FileType type = FileType::kOther;
+  uint64_t size = 0;
+  uint32_t mode = 0;  // permission bits
+};
+
+struct FsInfo {
+  uint64_t blockSize = 0;
+  uint64_t blocksAvailable = 0;  // to unprivileged users
+};
+
+class Env {
+ public:
+  virtual ~Env();
+
+  // The environment library code uses: the device-rooted POSIX one unless a
+  // test installed another with SetCurrent.
+  static Env* Current();
+
+  // Installs `env` for all library code; null restores the default. Not owned.
+  static void SetCurrent(Env* env);
+
+  // The process-wide device-rooted POSIX environment.
+  static Env* Default();
+
+  // Opens a C stream on `path` (fopen modes); failures leave *stream null.
+  virtual Result OpenStream(const std::string& path, const char* mode, FILE** stream) = 0;
+
+  // Closes a stream this environment opened.
+  virtual Result CloseStream(FILE* stream) = 0;
+
+  // Flushes a stream and makes its data durable.
+  virtual Result SyncStream(FILE* stream) = 0;
+
+  // Erases `length` bytes at `offset` of a flash partition open in `stream`
+  // (MEMERASE); on a plain file standing in for one, writes 0xFF bytes.
+  virtual Result EraseFlash(FILE* stream, uint32_t offset, uint32_t length) = 0;
+
+  // Describes `path`, following links.
+  virtual Result Stat(const std::string& path, FileInfo* info) = 0;
+
+  // Creates one folder with permission bits `mode`.
+  virtual Result MakeDir(const std::string& path, uint32_t mode) = 0;
+
+  // Removes an empty folder.
+  virtual Result RemoveDir(const std::string& path) = 0;
+
+  // Removes a file.
+  virtual Result RemoveFile(const std::string& path) = 0;
+
+  // Renames `from` to `to`, replacing `to` atomically.
+  virtual Result Rename(const std::string& from, const std::string& to) = 0;
+
+  // Sets the permission bits of `path`.
+  virtual Result ChangeMode(const std::string& path, uint32_t mode) = 0;
+
+  // The names of the entries of `path` in listing order, without "." and "..".
+  virtual Result ListDir(const std::string& path, std::vector<std::string>* names) = 0;
+
+  // Makes the entries of folder `path` durable (after a rename into it).
+  virtual Result SyncDir(const std::string& path) = 0;
+
+  // Space figures of the file system holding `path`.
+  virtual Result StatFs(const std::string& path, FsInfo* info) = 0;
+
+  // Runs a shell command whose first word, when absolute, is a device path;
+  // *exitStatus gets the wait status that system() reports.
+  virtual Result RunCommand(const std::string& command, int* exitStatus) = 0;
+
+  // Creates a local (UNIX-domain) stream socket.
+  virtual Result CreateLocalSocket(int* socket) = 0;
+
+  // Connects `socket` to the local address `path`.
+  virtual Result ConnectLocalSocket(int socket, const std::string& path) = 0;
+
+  // Sends bytes; *sent gets the count.
+  virtual Result Send(int socket, const void* data, size_t length, size_t* sent) = 0;
+
+  // Receives up to `length` bytes; *received gets the count.
+  virtual Result Receive(int socket, void* data, size_t length, size_t* received) = 0;
+
+  // Closes a socket.
+  virtual Result CloseSocket(int socket) = 0;
+
+  // Microseconds on a monotonic clock.
+  virtual uint64_t NowMicros() = 0;
+
+  // Seconds since the epoch on the wall clock.
+  virtual int64_t WallClockSeconds() = 0;
+
+  // Processor time used, in clock() ticks.
+  virtual int64_t ProcessorClock() = 0;
+
+  // The value of environment variable `name`; empty when unset.
+  virtual std::string GetEnvironment(const std::string& name) = 0;
+};
+
+// Forwards every call to another environment; wrappers override what they change.
+class EnvWrapper : public Env {
+ public:
+  explicit EnvWrapper(Env* target) : mTarget(target) {}
+
+  // The wrapped environment.
+  Env* target() const { return mTarget; }
+
+  Result OpenStream(const std::string& path, const char* mode, FILE** stream) override;
+  Result CloseStream(FILE* stream) override;
+  Result SyncStream(FILE* stream) override;
+  Result EraseFlash(FILE* stream, uint32_t offset, uint32_t length) override;
+  Result Stat(const std::string& path, FileInfo* info) override;
+  Result MakeDir(const std::string& path, uint32_t mode) override;
+  Result RemoveDir(const std::string& path) override;
+  Result RemoveFile(const std::string& path) override;
+  Result Rename(const std::string& from, const std::string& to) override;
+  Result ChangeMode(const std::string& path, uint32_t mode) override;
+  Result ListDir(const std::string& path, std::vector<std::string>* names) override;
+  Result SyncDir(const std::string& path) override;
+  Result StatFs(const std::string& path, FsInfo* info) override;
+  Result RunCommand(const std::string& command, int* exitStatus) override;
+  Result CreateLocalSocket(int* socket) override;
+  Result ConnectLocalSocket(int socket, const std::string& path) override;
+  Result Send(int socket, const void* data, size_t length, size_t* sent) override;
+  Result Receive(int socket, void* data, size_t length, size_t* received) override;
+  Result CloseSocket(int socket) override;
+  uint64_t NowMicros() override;
+  int64_t WallClockSeconds() override;
+  int64_t ProcessorClock() override;
+  std::string GetEnvironment(const std::string& name) override;
+
+ private:
+  Env* mTarget;
+};
+
+// Convenience: true when `path` exists.
+bool PathExists(const std::string& path);
+
+}  // namespace vireline
+
+#endif  // VIRELINE_PLATFORM_ENV_H_

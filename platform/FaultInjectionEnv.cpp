@@ -1,0 +1,258 @@
+#include "platform/FaultInjectionEnv.h"
+
+#include <cstdio>
+
+namespace vireline {
+
+// A stream handed to callers whose reads, writes and close pass the fault checks.
+struct FaultInjectionEnv::WrappedStream {
+  FaultInjectionEnv* env;
+  FILE* inner;
+  Result closeResult;
+};
+
+namespace {
+
+ssize_t CookieRead(void* cookie, char* buffer, size_t size);
+ssize_t CookieWrite(void* cookie, const char* buffer, size_t size);
+int CookieSeek(void* cookie, off64_t* offset, int whence);
+int CookieClose(void* cookie);
+
+}  // namespace
+
+FaultInjectionEnv::FaultInjectionEnv(Env* target) : EnvWrapper(target) {}
+
+FaultInjectionEnv::~FaultInjectionEnv() {
+  for (auto& entry : mStreams) {
+    target()->CloseStream(entry.second->inner);
+    delete entry.second;
+  }
+}
+
+void FaultInjectionEnv::FailAfter(Op op, int successes, int error, bool once) {
+  std::lock_guard<std::mutex> lock(mMutex);
+  mFaults[op] = Fault{true, successes, error, once};
+}
+
+void FaultInjectionEnv::Reset() {
+  std::lock_guard<std::mutex> lock(mMutex);
+  for (int op = 0; op < kOpCount; ++op) {
+    mFaults[op] = Fault();
+    mCalls[op] = 0;
+  }
+}
+
+int FaultInjectionEnv::Calls(Op op) const {
+  std::lock_guard<std::mutex> lock(mMutex);
+  return mCalls[op];
+}
+
+void FaultInjectionEnv::SetWallClockSeconds(int64_t seconds) {
+  std::lock_guard<std::mutex> lock(mMutex);
+  mFakeWallClock = true;
+  mWallClockSeconds = seconds;
+}
+
+void FaultInjectionEnv::SetNowMicros(uint64_t micros) {
+  std::lock_guard<std::mutex> lock(mMutex);
+  mFakeNowMicros = true;
+  mNowMicros = micros;
+}
+
+Result FaultInjectionEnv::Check(Op op) {
+  std::lock_guard<std::mutex> lock(mMutex);
+  ++mCalls[op];
+  Fault& fault = mFaults[op];
+  if (!fault.armed) return Result::Ok();
+  if (fault.remaining > 0) {
+    --fault.remaining;
+    return Result::Ok();
+  }
+  if (fault.once) fault.armed = false;
+  errno = fault.error;
+  return Result::Error(fault.error);
+}
+
+FILE* FaultInjectionEnv::Inner(FILE* stream) {
+  std::lock_guard<std::mutex> lock(mMutex);
+  auto found = mStreams.find(stream);
+  return found == mStreams.end() ? stream : found->second->inner;
+}
+
+Result FaultInjectionEnv::OpenStream(const std::string& path, const char* mode, FILE** stream) {
+  *stream = nullptr;
+  Result result = Check(kOpen);
+  if (!result.ok()) return result;
+  FILE* inner = nullptr;
+  result = target()->OpenStream(path, mode, &inner);
+  if (!result.ok()) return result;
+  auto* wrapped = new WrappedStream{this, inner, Result::Ok()};
+  cookie_io_functions_t functions = {CookieRead, CookieWrite, CookieSeek, CookieClose};
+  FILE* outer = ::fopencookie(wrapped, mode, functions);
+  if (outer == nullptr) {
+    target()->CloseStream(inner);
+    delete wrapped;
+    return Result::Error(ENOMEM);
+  }
+  std::setvbuf(outer, nullptr, _IONBF, 0);
+  std::lock_guard<std::mutex> lock(mMutex);
+  mStreams[outer] = wrapped;
+  *stream = outer;
+  return Result::Ok();
+}
+
+Result FaultInjectionEnv::CloseStream(FILE* stream) {
+  WrappedStream* wrapped = nullptr;
+  {
+    std::lock_guard<std::mutex> lock(mMutex);
+    auto found = mStreams.find(stream);
+    if (found != mStreams.end()) {
+      wrapped = found->second;
+      mStreams.erase(found);
+    }
+  }
+  if (wrapped == nullptr) return target()->CloseStream(stream);
+  bool closed = std::fclose(stream) == 0;
+  Result result = wrapped->closeResult;
+  delete wrapped;
+  if (result.ok() && !closed) return Result::Error(EIO);
+  return result;
+}
+
+Result FaultInjectionEnv::SyncStream(FILE* stream) {
+  Result result = Check(kSync);
+  if (!result.ok()) return result;
+  if (std::fflush(stream) != 0) return Result::Error(EIO);
+  return target()->SyncStream(Inner(stream));
+}
+
+Result FaultInjectionEnv::EraseFlash(FILE* stream, uint32_t offset, uint32_t length) {
+  Result result = Check(kErase);
+  return result.ok() ? target()->EraseFlash(Inner(stream), offset, length) : result;
+}
+
+Result FaultInjectionEnv::Stat(const std::string& path, FileInfo* info) {
+  Result result = Check(kStat);
+  return result.ok() ? target()->Stat(path, info) : result;
+}
+
+Result FaultInjectionEnv::MakeDir(const std::string& path, uint32_t mode) {
+  Result result = Check(kMakeDir);
+  return result.ok() ? target()->MakeDir(path, mode) : result;
+}
+
+Result FaultInjectionEnv::RemoveDir(const std::string& path) {
+  Result result = Check(kRemove);
+  return result.ok() ? target()->RemoveDir(path) : result;
+}
+
+Result FaultInjectionEnv::RemoveFile(const std::string& path) {
+  Result result = Check(kRemove);
+  return result.ok() ? target()->RemoveFile(path) : result;
+}
+
+Result FaultInjectionEnv::Rename(const std::string& from, const std::string& to) {
+  Result result = Check(kRename);
+  return result.ok() ? target()->Rename(from, to) : result;
+}
+
+Result FaultInjectionEnv::ChangeMode(const std::string& path, uint32_t mode) {
+  Result result = Check(kChangeMode);
+  return result.ok() ? target()->ChangeMode(path, mode) : result;
+}
+
+Result FaultInjectionEnv::ListDir(const std::string& path, std::vector<std::string>* names) {
+  Result result = Check(kListDir);
+  return result.ok() ? target()->ListDir(path, names) : result;
+}
+
+Result FaultInjectionEnv::SyncDir(const std::string& path) {
+  Result result = Check(kSyncDir);
+  return result.ok() ? target()->SyncDir(path) : result;
+}
+
+Result FaultInjectionEnv::StatFs(const std::string& path, FsInfo* info) {
+  Result result = Check(kStatFs);
+  return result.ok() ? target()->StatFs(path, info) : result;
+}
+
+Result FaultInjectionEnv::RunCommand(const std::string& command, int* exitStatus) {
+  Result result = Check(kRunCommand);
+  return result.ok() ? target()->RunCommand(command, exitStatus) : result;
+}
+
+Result FaultInjectionEnv::CreateLocalSocket(int* socket) {
+  Result result = Check(kSocket);
+  return result.ok() ? target()->CreateLocalSocket(socket) : result;
+}
+
+Result FaultInjectionEnv::ConnectLocalSocket(int socket, const std::string& path) {
+  Result result = Check(kConnect);
+  return result.ok() ? target()->ConnectLocalSocket(socket, path) : result;
+}
+
+Result FaultInjectionEnv::Send(int socket, const void* data, size_t length, size_t* sent) {
+  Result result = Check(kSend);
+  return result.ok() ? target()->Send(socket, data, length, sent) : result;
+}
+
+Result FaultInjectionEnv::Receive(int socket, void* data, size_t length, size_t* received) {
+  Result result = Check(kReceive);
+  return result.ok() ? target()->Receive(socket, data, length, received) : result;
+}
+
+uint64_t FaultInjectionEnv::NowMicros() {
+  {
+    std::lock_guard<std::mutex> lock(mMutex);
+    if (mFakeNowMicros) return mNowMicros;
+  }
+  return target()->NowMicros();
+}
+
+int64_t FaultInjectionEnv::WallClockSeconds() {
+  {
+    std::lock_guard<std::mutex> lock(mMutex);
+    if (mFakeWallClock) return mWallClockSeconds;
+  }
+  return target()->WallClockSeconds();
+}
+
+namespace {
+
+FaultInjectionEnv::WrappedStream* AsWrapped(void* cookie) {
+  return static_cast<FaultInjectionEnv::WrappedStream*>(cookie);
+}
+
+ssize_t CookieRead(void* cookie, char* buffer, size_t size) {
+  auto* wrapped = AsWrapped(cookie);
+  if (!wrapped->env->Check(FaultInjectionEnv::kRead).ok()) return -1;
+  size_t count = std::fread(buffer, 1, size, wrapped->inner);
+  if (count == 0 && std::ferror(wrapped->inner)) return -1;
+  return static_cast<ssize_t>(count);
+}
+
+ssize_t CookieWrite(void* cookie, const char* buffer, size_t size) {
+  auto* wrapped = AsWrapped(cookie);
+  if (!wrapped->env->Check(FaultInjectionEnv::kWrite).ok()) return -1;
+  size_t count = std::fwrite(buffer, 1, size, wrapped->inner);
+  return count == 0 && size > 0 ? -1 : static_cast<ssize_t>(count);
+}
+
+int CookieSeek(void* cookie, off64_t* offset, int whence) {
+  auto* wrapped = AsWrapped(cookie);
+  if (::fseeko64(wrapped->inner, *offset, whence) != 0) return -1;
+  *offset = ::ftello64(wrapped->inner);
+  return 0;
+}
+
+int CookieClose(void* cookie) {
+  auto* wrapped = AsWrapped(cookie);
+  Result injected = wrapped->env->Check(FaultInjectionEnv::kClose);
+  Result closed = wrapped->env->target()->CloseStream(wrapped->inner);
+  wrapped->closeResult = injected.ok() ? closed : injected;
+  return wrapped->closeResult.ok() ? 0 : -1;
+}
+
+}  // namespace
+
+}  // namespace vireline

@@ -1,0 +1,189 @@
+// The POSIX implementation of Env, working on host paths. The only code in the
+// library that calls the C library's file, folder, socket and process functions.
+#include <dirent.h>
+#include <fcntl.h>
+#include <mtd/mtd-user.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+
+#include "platform/DeviceRootEnv.h"
+#include "platform/Env.h"
+
+namespace vireline {
+namespace {
+
+// The one place where errno becomes a Result.
+Result PosixError() { return Result::Error(errno); }
+
+Result OkUnless(bool failed) { return failed ? PosixError() : Result::Ok(); }
+
+FileType TypeOf(mode_t mode) {
+  if (S_ISREG(mode)) return FileType::kRegular;
+  if (S_ISDIR(mode)) return FileType::kDirectory;
+  return FileType::kOther;
+}
+
+// Fills [offset, offset + length) of a plain file with the erased-flash value.
+Result FillErased(int fd, uint32_t offset, uint32_t length) {
+  char erased[4096];
+  std::memset(erased, 0xFF, sizeof erased);
+  while (length > 0) {
+    size_t chunk = length < sizeof erased ? length : sizeof erased;
+    ssize_t written = ::pwrite(fd, erased, chunk, offset);
+    if (written < 0) return PosixError();
+    if (written == 0) return Result::Error(EIO);
+    offset += static_cast<uint32_t>(written);
+    length -= static_cast<uint32_t>(written);
+  }
+  return Result::Ok();
+}
+
+class PosixEnv : public Env {
+ public:
+  Result OpenStream(const std::string& path, const char* mode, FILE** stream) override {
+    *stream = ::fopen64(path.c_str(), mode);
+    return OkUnless(*stream == nullptr);
+  }
+
+  Result CloseStream(FILE* stream) override { return OkUnless(std::fclose(stream) != 0); }
+
+  Result SyncStream(FILE* stream) override {
+    if (std::fflush(stream) != 0) return PosixError();
+    return OkUnless(::fsync(::fileno(stream)) != 0);
+  }
+
+  Result EraseFlash(FILE* stream, uint32_t offset, uint32_t length) override {
+    if (std::fflush(stream) != 0) return PosixError();
+    int fd = ::fileno(stream);
+    struct stat64 st;
+    if (::fstat64(fd, &st) != 0) return PosixError();
+    if (S_ISREG(st.st_mode)) return FillErased(fd, offset, length);
+    erase_info_user erase;
+    erase.start = offset;
+    erase.length = length;
+    return OkUnless(::ioctl(fd, MEMERASE, &erase) != 0);
+  }
+
+  Result Stat(const std::string& path, FileInfo* info) override {
+    struct stat64 st;
+    if (::stat64(path.c_str(), &st) != 0) return PosixError();
+    info->type = TypeOf(st.st_mode);
+    info->size = static_cast<uint64_t>(st.st_size);
+    info->mode = static_cast<uint32_t>(st.st_mode & 07777);
+    return Result::Ok();
+  }
+
+  Result MakeDir(const std::string& path, uint32_t mode) override {
+    return OkUnless(::mkdir(path.c_str(), mode) != 0);
+  }
+
+  Result RemoveDir(const std::string& path) override { return OkUnless(::rmdir(path.c_str()) != 0); }
+
+  Result RemoveFile(const std::string& path) override { return OkUnless(::unlink(path.c_str()) != 0); }
+
+  Result Rename(const std::string& from, const std::string& to) override {
+    return OkUnless(std::rename(from.c_str(), to.c_str()) != 0);
+  }
+
+  Result ChangeMode(const std::string& path, uint32_t mode) override {
+    return OkUnless(::chmod(path.c_str(), mode) != 0);
+  }
+
+  Result ListDir(const std::string& path, std::vector<std::string>* names) override {
+    names->clear();
+    DIR* dir = ::opendir(path.c_str());
+    if (dir == nullptr) return PosixError();
+    while (struct dirent* entry = ::readdir(dir)) {
+      if (std::strcmp(entry->d_name, ".") != 0 && std::strcmp(entry->d_name, "..") != 0) {
+        names->push_back(entry->d_name);
+      }
+    }
+    ::closedir(dir);
+    return Result::Ok();
+  }
+
+  Result SyncDir(const std::string& path) override {
+    int fd = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) return PosixError();
+    Result result = OkUnless(::fsync(fd) != 0);
+    ::close(fd);
+    return result;
+  }
+
+  Result StatFs(const std::string& path, FsInfo* info) override {
+    struct statvfs64 fs;
+    if (::statvfs64(path.c_str(), &fs) != 0) return PosixError();
+    info->blockSize = fs.f_bsize;
+    info->blocksAvailable = fs.f_bavail;
+    return Result::Ok();
+  }
+
+  Result RunCommand(const std::string& command, int* exitStatus) override {
+    int status = std::system(command.c_str());
+    if (status == -1) return PosixError();
+    *exitStatus = status;
+    return Result::Ok();
+  }
+
+  Result CreateLocalSocket(int* socket) override {
+    *socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    return OkUnless(*socket < 0);
+  }
+
+  Result ConnectLocalSocket(int socket, const std::string& path) override {
+    struct sockaddr_un address;
+    std::memset(&address, 0, sizeof address);
+    address.sun_family = AF_UNIX;
+    if (path.size() >= sizeof address.sun_path) return Result::Error(ENAMETOOLONG);
+    std::memcpy(address.sun_path, path.c_str(), path.size());
+    return OkUnless(::connect(socket, reinterpret_cast<struct sockaddr*>(&address), sizeof address) != 0);
+  }
+
+  Result Send(int socket, const void* data, size_t length, size_t* sent) override {
+    ssize_t count = ::send(socket, data, length, MSG_NOSIGNAL);
+    *sent = count < 0 ? 0 : static_cast<size_t>(count);
+    return OkUnless(count < 0);
+  }
+
+  Result Receive(int socket, void* data, size_t length, size_t* received) override {
+    ssize_t count = ::recv(socket, data, length, 0);
+    *received = count < 0 ? 0 : static_cast<size_t>(count);
+    return OkUnless(count < 0);
+  }
+
+  Result CloseSocket(int socket) override { return OkUnless(::close(socket) != 0); }
+
+  uint64_t NowMicros() override {
+    struct timespec now;
+    ::clock_gettime(CLOCK_MONOTONIC, &now);
+    return static_cast<uint64_t>(now.tv_sec) * 1000000u + static_cast<uint64_t>(now.tv_nsec) / 1000u;
+  }
+
+  int64_t WallClockSeconds() override { return static_cast<int64_t>(std::time(nullptr)); }
+
+  int64_t ProcessorClock() override { return static_cast<int64_t>(std::clock()); }
+
+  std::string GetEnvironment(const std::string& name) override {
+    const char* value = std::getenv(name.c_str());
+    return value ? value : "";
+  }
+};
+
+}  // namespace
+
+Env* Env::Default() {
+  static PosixEnv* hostEnv = new PosixEnv;  // never destroyed: used until exit
+  static DeviceRootEnv* deviceEnv = new DeviceRootEnv(hostEnv);
+  return deviceEnv;
+}
+
+}  // namespace vireline

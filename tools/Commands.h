@@ -1,0 +1,26 @@
+// The inspector's subcommands. Each registers itself on the program and, when
+// chosen on the command line, stores in *action the work to run once the whole
+// command line is parsed; the work returns the exit status: 0 success, 1 what
+// was asked for does not exist or does not hold, 2 usage error, 3 and above
+// I/O errors or corrupt data.
+#ifndef VIRELINE_TOOLS_COMMANDS_H_
+#define VIRELINE_TOOLS_COMMANDS_H_
+
+#include <functional>
+
+#include <CLI/CLI.hpp>
+
+namespace vireline {
+namespace tools {
+
+enum ExitStatus { kSuccess = 0, kNotFound = 1, kUsage = 2, kIoError = 3, kCorrupt = 4 };
+
+typedef std::function<int()> Action;
+
+// `vireline layout [--model NAME]`: every model's package, profile, upload and log folders.
+void RegisterLayoutCommand(CLI::App& program, Action* action);
+
+}  // namespace tools
+}  // namespace vireline
+
+#endif  // VIRELINE_TOOLS_COMMANDS_H_

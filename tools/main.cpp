@@ -1,0 +1,45 @@
+// vireline: inspects the persistent data of a learning device, or of a folder
+// that mirrors one (--root).
+#include <cstdio>
+#include <string>
+
+#include <vireline/vireline.h>
+
+#include "tools/Commands.h"
+
+namespace {
+
+const char kVersion[] = "0.1.0";
+
+int UsageError(const std::string& message) {
+  std::fprintf(stderr, "vireline: %s\nRun 'vireline --help' for usage.\n", message.c_str());
+  return vireline::tools::kUsage;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App program("Inspect the persistent data of a learning device: package layout, settings, "
+                   "profiles, play logs and manufacturing data.",
+                   "vireline");
+  program.set_version_flag("--version", kVersion);
+  std::string root;
+  program.add_option("--root", root, "Folder that mirrors the device's file tree (default: $VIRELINE_ROOT, else /)");
+  program.require_subcommand(1);
+  program.fallthrough();
+
+  vireline::tools::Action action;
+  vireline::tools::RegisterLayoutCommand(program, &action);
+
+  try {
+    program.parse(argc, argv);
+  } catch (const CLI::CallForHelp& help) {
+    return program.exit(help);
+  } catch (const CLI::CallForVersion& version) {
+    return program.exit(version);
+  } catch (const CLI::ParseError& error) {
+    return UsageError(error.what());
+  }
+  if (!root.empty()) vireline::SetDeviceRoot(root);
+  return action ? action() : vireline::tools::kUsage;
+}
