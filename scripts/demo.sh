@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# Builds the inspector and runs it on a fresh copy of the sample device image.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+./scripts/install-deps.sh
+
+cmake -S . -B build/demo -DVIRELINE_BUILD_TESTS=OFF -DVIRELINE_BUILD_BENCH=OFF >/dev/null
+cmake --build build/demo -j"$(nproc)" --target vireline_tool >/dev/null
+
+image=$(mktemp -d)
+trap 'rm -rf "$image"' EXIT
+cp -a examples/device-image/. "$image/"
+set -x
+build/demo/tools/vireline --root "$image" layout --model Tamsel

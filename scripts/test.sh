@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# Builds the library, the inspector and the tests twice (plain, and with
+# AddressSanitizer and UndefinedBehaviorSanitizer) and runs every test in both.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+./scripts/install-deps.sh
+
+jobs=$(nproc)
+run_configuration() {
+  local dir=$1; shift
+  cmake -S . -B "$dir" -DVIRELINE_WERROR=ON "$@" >/dev/null
+  cmake --build "$dir" -j"$jobs"
+  ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
+    ctest --test-dir "$dir" -j"$jobs" --output-on-failure
+}
+
+echo "== plain build"
+run_configuration build/plain
+echo "== sanitizer build (address, undefined)"
+run_configuration build/sanitize -DVIRELINE_SANITIZE=ON -DVIRELINE_BUILD_BENCH=OFF
