@@ -77,7 +77,8 @@ FILE* OpenTemporary(Env* env, const std::string& target, bool append, bool updat
 }
 
 Result Commit(Env* env, FILE* stream, const PendingReplace& replace) {
-  Result synced = env->SyncStream(stream);
+  // A write that failed earlier leaves the stream's error indicator set.
+  Result synced = std::ferror(stream) ? Result::Error(EIO) : env->SyncStream(stream);
   Result closed = env->CloseStream(stream);
   Result result = synced.ok() ? closed : synced;
   if (result.ok()) result = env->Rename(replace.temporary, replace.target);

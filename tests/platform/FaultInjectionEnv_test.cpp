@@ -1,0 +1,109 @@
+#include <gtest/gtest.h>
+
+#include <cerrno>
+
+#include "DeviceRootTest.h"
+#include "platform/FaultInjectionEnv.h"
+
+using vireline::Env;
+using vireline::FaultInjectionEnv;
+
+class FaultInjectionEnvTest : public DeviceRootTest {
+ protected:
+  void SetUp() override {
+    DeviceRootTest::SetUp();
+    mEnv.reset(new FaultInjectionEnv(Env::Default()));
+    Env::SetCurrent(mEnv.get());
+  }
+  std::unique_ptr<FaultInjectionEnv> mEnv;
+};
+
+TEST_F(FaultInjectionEnvTest, CountdownLetsTheFirstCallsThrough) {
+  MakeDirs("/QV");
+  mEnv->FailAfter(FaultInjectionEnv::kMakeDir, 2, ENOSPC);
+  EXPECT_TRUE(Env::Current()->MakeDir("/QV/a", 0755).ok());
+  EXPECT_TRUE(Env::Current()->MakeDir("/QV/b", 0755).ok());
+  vireline::Result third = Env::Current()->MakeDir("/QV/c", 0755);
+  EXPECT_EQ(third.error(), ENOSPC);
+  EXPECT_EQ(errno, ENOSPC);
+  EXPECT_FALSE(Env::Current()->MakeDir("/QV/d", 0755).ok());  // a full disk stays full
+  EXPECT_EQ(mEnv->Calls(FaultInjectionEnv::kMakeDir), 4);
+}
+
+TEST_F(FaultInjectionEnvTest, OnceFailsOnlyOneCall) {
+  MakeDirs("/QV");
+  mEnv->FailAfter(FaultInjectionEnv::kMakeDir, 0, EIO, true);
+  EXPECT_FALSE(Env::Current()->MakeDir("/QV/a", 0755).ok());
+  EXPECT_TRUE(Env::Current()->MakeDir("/QV/a", 0755).ok());
+}
+
+TEST_F(FaultInjectionEnvTest, EveryByteWrittenIsOneWrite) {
+  MakeDirs("/QV");
+  FILE* stream = nullptr;
+  ASSERT_TRUE(Env::Current()->OpenStream("/QV/f", "w", &stream).ok());
+  mEnv->FailAfter(FaultInjectionEnv::kWrite, 3, ENOSPC);
+  EXPECT_EQ(std::putc('a', stream), 'a');
+  EXPECT_EQ(std::putc('b', stream), 'b');
+  EXPECT_EQ(std::putc('c', stream), 'c');
+  EXPECT_EQ(std::putc('d', stream), EOF);
+  EXPECT_TRUE(Env::Current()->CloseStream(stream).ok());
+  EXPECT_EQ(ReadFile("/QV/f"), "abc");
+}
+
+TEST_F(FaultInjectionEnvTest, ReadsCanFail) {
+  WriteFile("/QV/f", "abc");
+  FILE* stream = nullptr;
+  ASSERT_TRUE(Env::Current()->OpenStream("/QV/f", "r", &stream).ok());
+  EXPECT_EQ(std::getc(stream), 'a');
+  mEnv->FailAfter(FaultInjectionEnv::kRead, 0, EIO);
+  EXPECT_EQ(std::getc(stream), EOF);
+  EXPECT_TRUE(std::ferror(stream));
+  Env::Current()->CloseStream(stream);
+}
+
+TEST_F(FaultInjectionEnvTest, SeekingWorksThroughTheWrapper) {
+  WriteFile("/QV/f", "abcdef");
+  FILE* stream = nullptr;
+  ASSERT_TRUE(Env::Current()->OpenStream("/QV/f", "r", &stream).ok());
+  ASSERT_EQ(std::fseek(stream, 3, SEEK_SET), 0);
+  EXPECT_EQ(std::getc(stream), 'd');
+  EXPECT_EQ(std::ftell(stream), 4);
+  Env::Current()->CloseStream(stream);
+}
+
+TEST_F(FaultInjectionEnvTest, FailedCloseStillReleasesTheFile) {
+  MakeDirs("/QV");
+  FILE* stream = nullptr;
+  ASSERT_TRUE(Env::Current()->OpenStream("/QV/f", "w", &stream).ok());
+  std::fputs("data", stream);
+  mEnv->FailAfter(FaultInjectionEnv::kClose, 0, EIO);
+  EXPECT_EQ(Env::Current()->CloseStream(stream).error(), EIO);
+  EXPECT_EQ(ReadFile("/QV/f"), "data");
+}
+
+TEST_F(FaultInjectionEnvTest, EraseOfAWrappedStreamReachesTheFile) {
+  WriteFile("/dev/mtd0", std::string(8, 'x'));
+  FILE* stream = nullptr;
+  ASSERT_TRUE(Env::Current()->OpenStream("/dev/mtd0", "r+", &stream).ok());
+  EXPECT_TRUE(Env::Current()->EraseFlash(stream, 0, 8).ok());
+  mEnv->FailAfter(FaultInjectionEnv::kErase, 0, EIO);
+  EXPECT_FALSE(Env::Current()->EraseFlash(stream, 0, 8).ok());
+  Env::Current()->CloseStream(stream);
+  EXPECT_EQ(ReadFile("/dev/mtd0"), std::string(8, '\xFF'));
+}
+
+TEST_F(FaultInjectionEnvTest, ClocksCanBeSet) {
+  mEnv->SetWallClockSeconds(1234);
+  mEnv->SetNowMicros(99);
+  EXPECT_EQ(Env::Current()->WallClockSeconds(), 1234);
+  EXPECT_EQ(Env::Current()->NowMicros(), 99u);
+}
+
+TEST_F(FaultInjectionEnvTest, ResetDisarmsAndClearsCounts) {
+  mEnv->FailAfter(FaultInjectionEnv::kStat, 0, EIO);
+  vireline::FileInfo info;
+  EXPECT_FALSE(Env::Current()->Stat("/", &info).ok());
+  mEnv->Reset();
+  EXPECT_TRUE(Env::Current()->Stat("/", &info).ok());
+  EXPECT_EQ(mEnv->Calls(FaultInjectionEnv::kStat), 1);
+}

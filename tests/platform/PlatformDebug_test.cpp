@@ -1,0 +1,109 @@
+#include <gtest/gtest.h>
+
+#include <stdlib.h>
+
+#include <string>
+#include <vector>
+
+#include <vireline/Platform.h>
+
+namespace {
+
+struct Message {
+  int module;
+  int level;
+  std::string text;
+};
+
+std::vector<Message> gMessages;
+
+void Collect(int module, int level, const char* text) { gMessages.push_back({module, level, text}); }
+
+class PlatformDebugTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    gMessages.clear();
+    PlatformDebug::SetOutputFunction(Collect);
+  }
+  void TearDown() override { PlatformDebug::SetOutputFunction(nullptr); }
+};
+
+}  // namespace
+
+TEST_F(PlatformDebugTest, DefaultMasterLevelShowsOnlyLevelOne) {
+  unsetenv("VIRELINE_DEBUG_LEVEL");
+  PlatformDebug debug(1024);
+  debug.DebugOut(1, "error %d\n", 7);
+  debug.DebugOut(2, "fallback\n");
+  ASSERT_EQ(gMessages.size(), 1u);
+  EXPECT_EQ(gMessages[0].text, "error 7\n");
+  EXPECT_EQ(gMessages[0].module, 1024);
+  EXPECT_EQ(gMessages[0].level, 1);
+}
+
+TEST(PlatformDebugEnvironment, LevelFiveShowsLevelsOneToFive) {
+  // Read at the first use of the debug service; each test runs in a process of its own.
+  setenv("VIRELINE_DEBUG_LEVEL", "5", 1);
+  gMessages.clear();
+  PlatformDebug::SetOutputFunction(Collect);
+  PlatformDebug debug(0x281);
+  for (int level = 1; level <= 6; ++level) debug.DebugOut(level, "level %d", level);
+  PlatformDebug::SetOutputFunction(nullptr);
+  ASSERT_EQ(gMessages.size(), 5u);
+  EXPECT_EQ(gMessages[4].text, "level 5");
+}
+
+TEST_F(PlatformDebugTest, MasterLevelAppliesToEveryModule) {
+  PlatformDebug master(0x280);
+  master.SetMasterDebugLevel(3);
+  PlatformDebug other(0);
+  other.DebugOut(3, "three");
+  other.DebugOut(4, "four");
+  ASSERT_EQ(gMessages.size(), 1u);
+  EXPECT_EQ(gMessages[0].text, "three");
+}
+
+TEST_F(PlatformDebugTest, ModuleLevelRaisesOnlyThatModule) {
+  PlatformDebug(0x280).SetMasterDebugLevel(1);
+  PlatformDebug(0x281).SetDebugLevel(5);
+  PlatformDebug(0x281).DebugOut(5, "data objects");
+  PlatformDebug(1024).DebugOut(5, "legacy layer");
+  ASSERT_EQ(gMessages.size(), 1u);
+  EXPECT_EQ(gMessages[0].text, "data objects");
+  EXPECT_EQ(PlatformDebug(0x281).GetEffectiveDebugLevel(), 5);
+  EXPECT_EQ(PlatformDebug(1024).GetEffectiveDebugLevel(), 1);
+}
+
+TEST_F(PlatformDebugTest, MasterLevelAboveModuleLevelWins) {
+  PlatformDebug(7).SetDebugLevel(2);
+  PlatformDebug(0x280).SetMasterDebugLevel(4);
+  EXPECT_EQ(PlatformDebug(7).GetEffectiveDebugLevel(), 4);
+}
+
+TEST_F(PlatformDebugTest, FailedAssertReportsWithoutAborting) {
+  PlatformDebug debug(1);
+  debug.Assert(true, "never %s", "shown");
+  debug.Assert(false, "broken %s", "invariant");
+  ASSERT_EQ(gMessages.size(), 1u);
+  EXPECT_EQ(gMessages[0].text, "broken invariant");
+}
+
+TEST_F(PlatformDebugTest, AssertAbortsWhenAsked) {
+  PlatformDebug::SetAbortOnAssert(true);
+  EXPECT_DEATH(PlatformDebug(1).Assert(false, "fatal"), "");
+  PlatformDebug::SetAbortOnAssert(false);
+}
+
+TEST(PlatformDebugDefaultOutput, WritesTheTextUnchangedToStandardError) {
+  PlatformDebug::SetOutputFunction(nullptr);
+  testing::internal::CaptureStderr();
+  PlatformDebug(1024).DebugOut(1, "ASSERT: %s\n", "message");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "ASSERT: message\n");
+}
+
+TEST_F(PlatformDebugTest, LongMessagesAreNotCut) {
+  std::string text(10000, 'x');
+  PlatformDebug(1).DebugOut(1, "%s", text.c_str());
+  ASSERT_EQ(gMessages.size(), 1u);
+  EXPECT_EQ(gMessages[0].text, text);
+}
