@@ -10,5 +10,9 @@ cmake --build build/demo -j"$(nproc)" --target vireline_tool >/dev/null
 image=$(mktemp -d)
 trap 'rm -rf "$image"' EXIT
 cp -a examples/device-image/. "$image/"
-set -x
-build/demo/tools/vireline --root "$image" layout --model Tamsel
+run() {
+  echo "\$ vireline $*"
+  build/demo/tools/vireline --root "$image" "$@"
+  echo
+}
+run layout --model Tamsel
