@@ -73,6 +73,12 @@ Result FaultInjectionEnv::Check(Op op) {
   return Result::Error(fault.error);
 }
 
+template <typename Call>
+Result FaultInjectionEnv::Guard(Op op, Call call) {
+  Result result = Check(op);
+  return result.ok() ? call() : result;
+}
+
 FILE* FaultInjectionEnv::Inner(FILE* stream) {
   std::lock_guard<std::mutex> lock(mMutex);
   auto found = mStreams.find(stream);
@@ -127,78 +133,63 @@ Result FaultInjectionEnv::SyncStream(FILE* stream) {
 }
 
 Result FaultInjectionEnv::EraseFlash(FILE* stream, uint32_t offset, uint32_t length) {
-  Result result = Check(kErase);
-  return result.ok() ? target()->EraseFlash(Inner(stream), offset, length) : result;
+  return Guard(kErase, [&] { return target()->EraseFlash(Inner(stream), offset, length); });
 }
 
 Result FaultInjectionEnv::Stat(const std::string& path, FileInfo* info) {
-  Result result = Check(kStat);
-  return result.ok() ? target()->Stat(path, info) : result;
+  return Guard(kStat, [&] { return target()->Stat(path, info); });
 }
 
 Result FaultInjectionEnv::MakeDir(const std::string& path, uint32_t mode) {
-  Result result = Check(kMakeDir);
-  return result.ok() ? target()->MakeDir(path, mode) : result;
+  return Guard(kMakeDir, [&] { return target()->MakeDir(path, mode); });
 }
 
 Result FaultInjectionEnv::RemoveDir(const std::string& path) {
-  Result result = Check(kRemove);
-  return result.ok() ? target()->RemoveDir(path) : result;
+  return Guard(kRemove, [&] { return target()->RemoveDir(path); });
 }
 
 Result FaultInjectionEnv::RemoveFile(const std::string& path) {
-  Result result = Check(kRemove);
-  return result.ok() ? target()->RemoveFile(path) : result;
+  return Guard(kRemove, [&] { return target()->RemoveFile(path); });
 }
 
 Result FaultInjectionEnv::Rename(const std::string& from, const std::string& to) {
-  Result result = Check(kRename);
-  return result.ok() ? target()->Rename(from, to) : result;
+  return Guard(kRename, [&] { return target()->Rename(from, to); });
 }
 
 Result FaultInjectionEnv::ChangeMode(const std::string& path, uint32_t mode) {
-  Result result = Check(kChangeMode);
-  return result.ok() ? target()->ChangeMode(path, mode) : result;
+  return Guard(kChangeMode, [&] { return target()->ChangeMode(path, mode); });
 }
 
 Result FaultInjectionEnv::ListDir(const std::string& path, std::vector<std::string>* names) {
-  Result result = Check(kListDir);
-  return result.ok() ? target()->ListDir(path, names) : result;
+  return Guard(kListDir, [&] { return target()->ListDir(path, names); });
 }
 
 Result FaultInjectionEnv::SyncDir(const std::string& path) {
-  Result result = Check(kSyncDir);
-  return result.ok() ? target()->SyncDir(path) : result;
+  return Guard(kSyncDir, [&] { return target()->SyncDir(path); });
 }
 
 Result FaultInjectionEnv::StatFs(const std::string& path, FsInfo* info) {
-  Result result = Check(kStatFs);
-  return result.ok() ? target()->StatFs(path, info) : result;
+  return Guard(kStatFs, [&] { return target()->StatFs(path, info); });
 }
 
 Result FaultInjectionEnv::RunCommand(const std::string& command, int* exitStatus) {
-  Result result = Check(kRunCommand);
-  return result.ok() ? target()->RunCommand(command, exitStatus) : result;
+  return Guard(kRunCommand, [&] { return target()->RunCommand(command, exitStatus); });
 }
 
 Result FaultInjectionEnv::CreateLocalSocket(int* socket) {
-  Result result = Check(kSocket);
-  return result.ok() ? target()->CreateLocalSocket(socket) : result;
+  return Guard(kSocket, [&] { return target()->CreateLocalSocket(socket); });
 }
 
 Result FaultInjectionEnv::ConnectLocalSocket(int socket, const std::string& path) {
-  Result result = Check(kConnect);
-  return result.ok() ? target()->ConnectLocalSocket(socket, path) : result;
+  return Guard(kConnect, [&] { return target()->ConnectLocalSocket(socket, path); });
 }
 
 Result FaultInjectionEnv::Send(int socket, const void* data, size_t length, size_t* sent) {
-  Result result = Check(kSend);
-  return result.ok() ? target()->Send(socket, data, length, sent) : result;
+  return Guard(kSend, [&] { return target()->Send(socket, data, length, sent); });
 }
 
 Result FaultInjectionEnv::Receive(int socket, void* data, size_t length, size_t* received) {
-  Result result = Check(kReceive);
-  return result.ok() ? target()->Receive(socket, data, length, received) : result;
+  return Guard(kReceive, [&] { return target()->Receive(socket, data, length, received); });
 }
 
 uint64_t FaultInjectionEnv::NowMicros() {

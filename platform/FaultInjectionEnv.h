@@ -78,6 +78,10 @@ class FaultInjectionEnv : public EnvWrapper {
   };
   FILE* Inner(FILE* stream);
 
+  // Runs `call` unless the fault armed for `op` fires.
+  template <typename Call>
+  Result Guard(Op op, Call call);
+
   mutable std::mutex mMutex;
   Fault mFaults[kOpCount];
   int mCalls[kOpCount] = {};
