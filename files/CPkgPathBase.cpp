@@ -23,18 +23,17 @@ struct ProfileComponent {
   char text[4];
 };
 
-// Appends one component and its separator; false when the component does not
-// fit. A separator with no room left is dropped: nothing could follow it, and
-// a final one is removed anyway.
-bool AppendComponent(char* buffer, uint32_t size, const char* component) {
-  size_t length = std::strlen(buffer);
+// Appends one component and its separator after the first `*length` bytes;
+// false when the component does not fit. A separator with no room left is
+// dropped: nothing could follow it, and a final one is removed anyway.
+bool AppendComponent(char* buffer, uint32_t size, size_t* length, const char* component) {
   size_t componentLength = std::strlen(component);
-  if (size == 0 || componentLength > size - length - 1) return false;
-  std::memcpy(buffer + length, component, componentLength + 1);
-  length += componentLength;
-  if (buffer[length - 1] != '/' && length + 1 < size) {
-    buffer[length] = '/';
-    buffer[length + 1] = '\0';
+  if (size == 0 || componentLength > size - *length - 1) return false;
+  std::memcpy(buffer + *length, component, componentLength + 1);
+  *length += componentLength;
+  if (buffer[*length - 1] != '/' && *length + 1 < size) {
+    buffer[(*length)++] = '/';
+    buffer[*length] = '\0';
   }
   return true;
 }
@@ -42,11 +41,11 @@ bool AppendComponent(char* buffer, uint32_t size, const char* component) {
 bool VMakeFilePath(char* buffer, uint32_t size, const char* component, va_list args) {
   if (buffer == nullptr) return false;
   if (size > 0) buffer[0] = '\0';
+  size_t length = 0;
   for (; component != nullptr; component = va_arg(args, const char*)) {
     if (*component == '\0') continue;
-    if (!AppendComponent(buffer, size, component)) return false;
+    if (!AppendComponent(buffer, size, &length, component)) return false;
   }
-  size_t length = size > 0 ? std::strlen(buffer) : 0;
   if (length > 0 && buffer[length - 1] == '/') buffer[length - 1] = '\0';
   return true;
 }

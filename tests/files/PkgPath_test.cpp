@@ -81,6 +81,8 @@ std::string ProfileFolder(uint32_t profile) {
   return profile == 11 ? "All" : "";
 }
 
+void PrintTo(const ModelLayout& layout, std::ostream* out) { *out << layout.name; }
+
 class PkgPathModels : public ::testing::TestWithParam<ModelLayout> {};
 
 }  // namespace
