@@ -2,6 +2,7 @@
 #ifndef VIRELINE_VIRELINE_H_
 #define VIRELINE_VIRELINE_H_
 
+#include <vireline/CMfgData.h>
 #include <vireline/COrvoInterface.h>
 #include <vireline/Export.h>
 #include <vireline/PkgPath.h>
