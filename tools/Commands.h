@@ -20,6 +20,9 @@ typedef std::function<int()> Action;
 // `vireline layout [--model NAME]`: every model's package, profile, upload and log folders.
 void RegisterLayoutCommand(CLI::App& program, Action* action);
 
+// `vireline mfg show|verify|set FIELD VALUE --mfg-mode`: the manufacturing record and its two flash copies.
+void RegisterMfgCommand(CLI::App& program, Action* action);
+
 }  // namespace tools
 }  // namespace vireline
 

@@ -30,6 +30,7 @@ int main(int argc, char** argv) {
 
   vireline::tools::Action action;
   vireline::tools::RegisterLayoutCommand(program, &action);
+  vireline::tools::RegisterMfgCommand(program, &action);
 
   try {
     program.parse(argc, argv);
