@@ -4,7 +4,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 
 #include "mfg/DeviceStream.h"
@@ -20,12 +19,31 @@ const char kLcdTypePath[] = "/sys/devices/system/board/lcd_mfg";
 const uint32_t kSerialLength = 20;
 const uint32_t kMissingBoardId = 0xFFFFFFFF;
 
-// Parses hexadecimal text the way "%X" does (blanks, sign and "0x" allowed),
-// keeping the low 32 bits; `fallback` when there is no number.
+int HexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return -1;
+}
+
+// Parses hexadecimal text the way "%X" does on the device, whose unsigned
+// long is 32 bits: blanks, a sign and "0x" are allowed, a number too large
+// for 32 bits becomes 0xFFFFFFFF and a negative one wraps. `fallback` when
+// there is no number. The same on every host.
 uint32_t ParseHex(const char* text, uint32_t fallback) {
-  char* end = nullptr;
-  unsigned long value = std::strtoul(text, &end, 16);
-  return end == text ? fallback : static_cast<uint32_t>(value);
+  const char* p = text;
+  while (*p == ' ' || (*p >= '\t' && *p <= '\r')) ++p;
+  bool negative = *p == '-';
+  if (*p == '-' || *p == '+') ++p;
+  if (p[0] == '0' && (p[1] == 'x' || p[1] == 'X') && HexDigit(p[2]) >= 0) p += 2;
+  if (HexDigit(*p) < 0) return fallback;
+  uint64_t value = 0;
+  for (; HexDigit(*p) >= 0; ++p) {
+    value = value * 16 + static_cast<uint64_t>(HexDigit(*p));
+    if (value > kMissingBoardId) return kMissingBoardId;
+  }
+  uint32_t magnitude = static_cast<uint32_t>(value);
+  return negative ? 0u - magnitude : magnitude;
 }
 
 // Reads the board's id entry into *boardId (left alone when it holds no

@@ -120,10 +120,24 @@ TEST_F(CMfgDataSerialTest, OnlyTheFirst10BytesOfTheBoardIdAreRead) {
   EXPECT_EQ(Serial().substr(10, 2), "01");
 }
 
-TEST_F(CMfgDataSerialTest, AHugeBoardIdKeepsItsLow32Bits) {
+TEST_F(CMfgDataSerialTest, ABoardIdTooLargeFor32BitsCountsAsAllOnes) {
   Load(kRaw);
-  WriteFile(kBoardId, "FFFFFFFFFF");
+  WriteFile(kBoardId, "100000000B");  // not 11: the device's 32-bit parse saturates
   EXPECT_EQ(Serial().substr(4, 8), "1700011F");
+  WriteFile(kBoardId, "-100000000B");
+  EXPECT_EQ(Serial().substr(4, 8), "1700011F");
+}
+
+TEST_F(CMfgDataSerialTest, ABoardIdIsParsedWithBlanksSignAndPrefix) {
+  Load(kRaw);
+  WriteFile(kBoardId, "  -2\n");  // wraps to 0xFFFFFFFE
+  EXPECT_EQ(Serial().substr(4, 8), "1700011E");
+  WriteFile(kBoardId, "\t+0Xc");
+  EXPECT_EQ(Serial().substr(4, 8), "1E00010C");
+  WriteFile(kBoardId, "0x");  // a lone zero
+  EXPECT_EQ(Serial().substr(4, 8), "17000100");
+  WriteFile(kBoardId, "0d\n");
+  EXPECT_EQ(Serial().substr(4, 8), "1E00010D");
 }
 
 TEST_F(CMfgDataSerialTest, LowerCaseHexLettersComeBackUpperCase) {
