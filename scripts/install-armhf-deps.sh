@@ -27,7 +27,7 @@ trap 'rm -f "$log"' EXIT
 say() { echo "install-armhf-deps: $*"; }
 
 refused() {
-  say "the package mirror refused the armhf packages: $*"
+  say "the package mirror refused the packages the armhf stage needs: $*"
   exit "$kRefused"
 }
 
@@ -56,11 +56,12 @@ if ! dpkg --print-foreign-architectures | grep -qx "$kTargetArch"; then
 fi
 
 # A failed index leaves that suite's packages out; what is left may still do.
-if ! apt_get update >"$log" 2>&1; then
-  say "apt-get update failed for some indexes; going on with the ones it fetched:"
-  grep -E '^E: Failed to fetch' "$log" | sed 's/^/  /' || true
+apt_get update >"$log" 2>&1 || true
+if grep -qE '^(E|W): (Failed to fetch|Some index files)' "$log"; then
+  say "apt-get update could not fetch some indexes; going on with what it has:"
+  grep -E '^(E|W): Failed to fetch' "$log" | sed 's/^/  /' || true
 fi
-if ! apt-cache show "libc6:$kTargetArch" >/dev/null 2>&1; then
+if ! apt-cache policy | grep -q " $kTargetArch Packages\$"; then
   refused "no $kTargetArch package index could be fetched ($(grep -m1 -E '^(E|W):' "$log" || echo 'no error text'))"
 fi
 
