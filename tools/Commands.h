@@ -23,6 +23,12 @@ void RegisterLayoutCommand(CLI::App& program, Action* action);
 // `vireline mfg show|verify|set FIELD VALUE --mfg-mode`: the manufacturing record and its two flash copies.
 void RegisterMfgCommand(CLI::App& program, Action* action);
 
+// `vireline meta DIR [--json]`: a package's metadata from DIR/meta.inf.
+void RegisterMetaCommand(CLI::App& program, Action* action);
+
+// `vireline kv FILE [KEY] [--json]`: a key=value file's entries as the library reads them, or one value.
+void RegisterKvCommand(CLI::App& program, Action* action);
+
 }  // namespace tools
 }  // namespace vireline
 

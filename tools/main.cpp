@@ -31,6 +31,8 @@ int main(int argc, char** argv) {
   vireline::tools::Action action;
   vireline::tools::RegisterLayoutCommand(program, &action);
   vireline::tools::RegisterMfgCommand(program, &action);
+  vireline::tools::RegisterMetaCommand(program, &action);
+  vireline::tools::RegisterKvCommand(program, &action);
 
   try {
     program.parse(argc, argv);

@@ -2,8 +2,13 @@
 #ifndef VIRELINE_VIRELINE_H_
 #define VIRELINE_VIRELINE_H_
 
+#include <vireline/CFileIO.h>
+#include <vireline/CFileUtils.h>
+#include <vireline/CMetaInfFile.h>
 #include <vireline/CMfgData.h>
 #include <vireline/COrvoInterface.h>
+#include <vireline/CProfileDscFile.h>
+#include <vireline/CSettingsCfgFile.h>
 #include <vireline/Export.h>
 #include <vireline/PkgPath.h>
 #include <vireline/Platform.h>

@@ -1,0 +1,165 @@
+// The key=value file layer against a hand-written baseline, on a 40-key
+// "meta.inf": read it, look up five keys, change one and replace the file
+// crash-safely. The baseline reads with a plain fgets loop and replaces by
+// hand: temporary file, fsync, rename, fsync of the folder.
+//
+// Files live in $VIRELINE_BENCH_DIR (default: a new folder under $TMPDIR or
+// /tmp); point it at the storage you care about, since fsync dominates.
+#include <benchmark/benchmark.h>
+
+#include <fcntl.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <string>
+
+#include <vireline/CFileIO.h>
+#include <vireline/Platform.h>
+
+namespace {
+
+const int kKeys = 40;
+const size_t kLineSize = 256;
+
+// A device root of its own with "/QV/Bulk/ProgramFiles/Zoo/meta.inf" in it.
+struct BenchFiles {
+  BenchFiles() {
+    const char* chosen = std::getenv("VIRELINE_BENCH_DIR");
+    std::string base = chosen && *chosen ? chosen : (std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "/tmp");
+    std::string pattern = base + "/vireline-bench-XXXXXX";
+    if (mkdtemp(&pattern[0]) == nullptr) std::abort();
+    root = pattern;
+    vireline::SetDeviceRoot(root);
+    folder = root + "/QV/Bulk/ProgramFiles/Zoo";
+    hostPath = folder + "/meta.inf";
+    std::filesystem::create_directories(folder);
+    std::string content = "PackageID=ZOO-1\nName=\"Zoo Keeper\"\nVersion=1.2.3\nType=Application\n"
+                          "ProductID=0x00001234\nSize=0x00100000\nHidden=0x00000000\n"
+                          "Depends=\"Base\",\"Audio\",\"Fonts\"\nProfileAccess=0,1,2\n";
+    for (int i = 9; i < kKeys; ++i) {
+      content += "Extra" + std::to_string(i) + "=value number " + std::to_string(i) + " of the bench file\n";
+    }
+    FILE* out = std::fopen(hostPath.c_str(), "w");
+    std::fputs(content.c_str(), out);
+    std::fclose(out);
+  }
+  ~BenchFiles() { std::filesystem::remove_all(root); }
+
+  std::string root, folder, hostPath;
+  const char* devicePath = "/QV/Bulk/ProgramFiles/Zoo/meta.inf";
+};
+
+BenchFiles& Files() {
+  static BenchFiles files;
+  return files;
+}
+
+// ---- The library ----
+
+void ReadAndLookUp(CFileIO& file, const char* path) {
+  file.Open(path);
+  benchmark::DoNotOptimize(file.GetStr("PackageID"));
+  benchmark::DoNotOptimize(file.GetStr("Name"));
+  benchmark::DoNotOptimize(file.GetStr("Version"));
+  benchmark::DoNotOptimize(file.GetUInt("ProductID"));
+  benchmark::DoNotOptimize(file.GetUInt("Size"));
+}
+
+void BM_CFileIO_OpenGetWrite(benchmark::State& state) {
+  const char* path = Files().devicePath;
+  U32 size = 0;
+  for (auto _ : state) {
+    CFileIO file;
+    ReadAndLookUp(file, path);
+    file.SetUInt("Size", 0x00100000 + (size++ & 1));  // a real change, so Write replaces the file
+    if (!file.Write()) state.SkipWithError("Write failed");
+  }
+}
+BENCHMARK(BM_CFileIO_OpenGetWrite)->Unit(benchmark::kMicrosecond);
+
+void BM_CFileIO_OpenGet(benchmark::State& state) {
+  const char* path = Files().devicePath;
+  for (auto _ : state) {
+    CFileIO file;
+    ReadAndLookUp(file, path);
+  }
+}
+BENCHMARK(BM_CFileIO_OpenGet)->Unit(benchmark::kMicrosecond);
+
+// ---- The baseline: fgets and a hand-written crash-safe replace ----
+
+struct PlainTable {
+  char lines[kKeys + 8][kLineSize];
+  int count = 0;
+
+  const char* Find(const char* key) const {
+    size_t length = std::strlen(key);
+    for (int i = 0; i < count; ++i) {
+      if (std::strncmp(lines[i], key, length) == 0 && lines[i][length] == '=') return lines[i] + length + 1;
+    }
+    return nullptr;
+  }
+};
+
+void PlainRead(PlainTable& table, const char* path) {
+  table.count = 0;
+  FILE* in = std::fopen(path, "r");
+  if (in == nullptr) return;
+  while (table.count < kKeys + 8 && std::fgets(table.lines[table.count], kLineSize, in) != nullptr) {
+    ++table.count;
+  }
+  std::fclose(in);
+  benchmark::DoNotOptimize(table.Find("PackageID"));
+  benchmark::DoNotOptimize(table.Find("Name"));
+  benchmark::DoNotOptimize(table.Find("Version"));
+  benchmark::DoNotOptimize(std::strtoul(table.Find("ProductID"), nullptr, 16));
+  benchmark::DoNotOptimize(std::strtoul(table.Find("Size"), nullptr, 16));
+}
+
+bool PlainReplace(const PlainTable& table, const std::string& path, const std::string& folder) {
+  std::string temporary = path + ".tmp";
+  FILE* out = std::fopen(temporary.c_str(), "w");
+  if (out == nullptr) return false;
+  bool ok = true;
+  for (int i = 0; i < table.count; ++i) ok = ok && std::fputs(table.lines[i], out) >= 0;
+  ok = ok && std::fflush(out) == 0 && fsync(fileno(out)) == 0;
+  ok = std::fclose(out) == 0 && ok;
+  if (!ok || std::rename(temporary.c_str(), path.c_str()) != 0) {
+    std::remove(temporary.c_str());
+    return false;
+  }
+  int dir = open(folder.c_str(), O_RDONLY | O_DIRECTORY);
+  if (dir < 0) return false;
+  ok = fsync(dir) == 0;
+  close(dir);
+  return ok;
+}
+
+void BM_Baseline_FgetsReplace(benchmark::State& state) {
+  const std::string& path = Files().hostPath;
+  const std::string& folder = Files().folder;
+  PlainTable table;
+  unsigned size = 0;
+  for (auto _ : state) {
+    PlainRead(table, path.c_str());
+    for (int i = 0; i < table.count; ++i) {  // the same change as the library's
+      if (std::strncmp(table.lines[i], "Size=", 5) == 0) {
+        std::snprintf(table.lines[i], kLineSize, "Size=0x%08X\n", 0x00100000u + (size++ & 1));
+      }
+    }
+    if (!PlainReplace(table, path, folder)) state.SkipWithError("replace failed");
+  }
+}
+BENCHMARK(BM_Baseline_FgetsReplace)->Unit(benchmark::kMicrosecond);
+
+void BM_Baseline_Fgets(benchmark::State& state) {
+  const std::string& path = Files().hostPath;
+  PlainTable table;
+  for (auto _ : state) PlainRead(table, path.c_str());
+}
+BENCHMARK(BM_Baseline_Fgets)->Unit(benchmark::kMicrosecond);
+
+}  // namespace

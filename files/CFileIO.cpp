@@ -1,0 +1,611 @@
+#include <vireline/CFileIO.h>
+
+#include <climits>
+#include <cstring>
+
+#include <vireline/CFileUtils.h>
+#include <vireline/COrvoInterface.h>
+
+namespace {
+
+const U32 kMissing = 0xFFFFFFFFu;
+
+// Bytes of the item buffer of SetUIntList: "%d" of INT32_MIN does not fit and
+// is cut to its first ten characters, as the format always was.
+const U32 kListItemSize = 11;
+
+// Malloc for a count of elements; null when the size does not fit Malloc's
+// signed 32-bit argument.
+void* MallocArray(size_t count, size_t elementSize) {
+  if (elementSize != 0 && count > static_cast<size_t>(INT32_MAX) / elementSize) return nullptr;
+  return COrvoInterface::Malloc(static_cast<int32_t>(count * elementSize));
+}
+
+char* CopyString(const char* text, size_t length) {
+  char* copy = static_cast<char*>(MallocArray(length + 1, 1));
+  if (copy == nullptr) return nullptr;
+  std::memcpy(copy, text, length);
+  copy[length] = '\0';
+  return copy;
+}
+
+char* CopyString(const char* text) { return CopyString(text, std::strlen(text)); }
+
+// The entries the array has room for at `count` entries. The array grows by
+// doubling, so reading a file of n lines costs O(n) and not O(n^2); a table of
+// a few dozen keys is allocated once or twice.
+U32 CapacityFor(U32 count) {
+  if (count == 0) return 0;
+  U32 capacity = 8;
+  while (capacity < count) {
+    if (capacity > UINT32_MAX / 2) return count;
+    capacity *= 2;
+  }
+  return capacity;
+}
+
+bool IsHexDigit(char c) {
+  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
+U32 HexValue(char c) {
+  if (c >= '0' && c <= '9') return static_cast<U32>(c - '0');
+  if (c >= 'a' && c <= 'f') return static_cast<U32>(c - 'a' + 10);
+  return static_cast<U32>(c - 'A' + 10);
+}
+
+// Accumulates one digit; false on overflow of 32 bits.
+bool AddDigit(U32* value, U32 base, U32 digit) {
+  if (*value > (UINT32_MAX - digit) / base) return false;
+  *value = *value * base + digit;
+  return true;
+}
+
+// A whole value of digits in `base`; 0xFFFFFFFF when a character is not a
+// digit or the number does not fit 32 bits (the device's 32-bit strtoul
+// saturates there too).
+U32 ReadWholeNumber(const char* digits, U32 base) {
+  U32 value = 0;
+  for (const char* p = digits; *p != '\0'; ++p) {
+    bool isDigit = base == 16 ? IsHexDigit(*p) : (*p >= '0' && *p <= '9');
+    if (!isDigit || !AddDigit(&value, base, HexValue(*p))) return kMissing;
+  }
+  return value;
+}
+
+bool IsCSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
+// What a 32-bit strtoul(text, NULL, 16) gives: leading white space, a sign
+// and a "0x" prefix are accepted, reading stops at the first non-hex
+// character, overflow gives 0xFFFFFFFF and "-" negates modulo 2^32.
+U32 ReadHexPrefix(const char* text) {
+  const char* p = text;
+  while (IsCSpace(*p)) ++p;
+  bool negative = false;
+  if (*p == '+' || *p == '-') {
+    negative = *p == '-';
+    ++p;
+  }
+  if (p[0] == '0' && (p[1] == 'x' || p[1] == 'X') && IsHexDigit(p[2])) p += 2;
+  U32 value = 0;
+  for (; IsHexDigit(*p); ++p) {
+    if (!AddDigit(&value, 16, HexValue(*p))) return kMissing;
+  }
+  return negative ? 0u - value : value;
+}
+
+// Calls put(char) for every character of `value` written as a list of quoted
+// items: each comma-separated item (empty ones too) between double quotes.
+template <typename Put>
+void PutListQuoted(const char* value, Put put) {
+  put('"');
+  for (const char* p = value; *p != '\0'; ++p) {
+    if (*p == ',') {
+      put('"');
+      put(',');
+      put('"');
+    } else {
+      put(*p);
+    }
+  }
+  put('"');
+}
+
+// One output line, cut after kLineSize - 1 bytes like the 256-byte buffer that
+// the format has always been written through. Built without allocating, so a
+// shortage of memory cannot cut a file short.
+class LineBuffer {
+ public:
+  explicit LineBuffer(U32 size) : mSize(size < sizeof mText ? size : sizeof mText), mLength(0) { mText[0] = '\0'; }
+  void Put(char c) {
+    if (mLength + 1 < mSize) {
+      mText[mLength++] = c;
+      mText[mLength] = '\0';
+    }
+  }
+  void Put(const char* text) {
+    for (; *text != '\0' && mLength + 1 < mSize; ++text) Put(*text);
+  }
+  const char* text() const { return mText; }
+
+ private:
+  char mText[256];
+  U32 mSize;
+  U32 mLength;
+};
+
+}  // namespace
+
+CFileIO::CFileIO()
+    : mpFile(nullptr), mDirty(0), mImmediateSynch(0), mpEntries(nullptr), mNumEntries(0), mpPath(nullptr) {}
+
+CFileIO::CFileIO(const CFileIO& other) : CFileIO() {
+  mImmediateSynch = other.mImmediateSynch;
+  Open(other.mpPath);
+}
+
+CFileIO& CFileIO::operator=(const CFileIO& other) {
+  if (this == &other) return *this;
+  mImmediateSynch = other.mImmediateSynch;
+  Open(other.mpPath);
+  return *this;
+}
+
+CFileIO::~CFileIO() { Close(); }
+
+bool CFileIO::Open(const char* path) {
+  if (path == nullptr) return false;
+  char* boundPath = CopyString(path);  // copied first: `path` may be our own mpPath
+  if (boundPath == nullptr) return false;
+  Close();
+  mpPath = boundPath;
+  mpFile = COrvoInterface::FOpen(mpPath, "r");
+  if (mpFile == nullptr) return false;
+  Parse();
+  COrvoInterface::FClose(mpFile);
+  mpFile = nullptr;
+  mDirty = 0;
+  return true;
+}
+
+void CFileIO::Close() {
+  if (mpFile != nullptr) {
+    COrvoInterface::FClose(mpFile);
+    mpFile = nullptr;
+  }
+  COrvoInterface::Free(mpPath);
+  mpPath = nullptr;
+  Clear();
+}
+
+void CFileIO::Clear() {
+  for (U32 i = 0; i < mNumEntries; ++i) {
+    COrvoInterface::Free(mpEntries[i].key);
+    COrvoInterface::Free(mpEntries[i].value);
+  }
+  COrvoInterface::Free(mpEntries);
+  mpEntries = nullptr;
+  mNumEntries = 0;
+}
+
+U32 CFileIO::Keys(char**& out) const {
+  if (mNumEntries == 0) return 0;
+  char** keys = static_cast<char**>(MallocArray(mNumEntries, sizeof(char*)));
+  if (keys == nullptr) return 0;
+  for (U32 i = 0; i < mNumEntries; ++i) keys[i] = mpEntries[i].key;
+  out = keys;
+  return mNumEntries;
+}
+
+bool CFileIO::HasKey(const char* key) const { return FindKey(key) != nullptr; }
+
+tKeyValueEntry* CFileIO::FindKey(const char* key) const {
+  if (key == nullptr) return nullptr;
+  for (U32 i = 0; i < mNumEntries; ++i) {
+    if (std::strcmp(mpEntries[i].key, key) == 0) return &mpEntries[i];
+  }
+  return nullptr;
+}
+
+const tKeyValueEntry* CFileIO::GetEntry(U32 index) const {
+  return index < mNumEntries ? &mpEntries[index] : nullptr;
+}
+
+const char* CFileIO::GetStr(const char* key) const {
+  const tKeyValueEntry* entry = FindKey(key);
+  return entry ? entry->value : nullptr;
+}
+
+U32 CFileIO::GetUInt(const char* key) const {
+  const tKeyValueEntry* entry = FindKey(key);
+  if (entry == nullptr) return kMissing;
+  const char* value = entry->value ? entry->value : "";
+  if (value[0] == '0' && value[1] == 'x' && value[2] != '\0') return ReadWholeNumber(value + 2, 16);
+  if (value[0] == '\0') return 0;
+  return ReadWholeNumber(value, 10);
+}
+
+U32 CFileIO::GetUIntList(const char* key, U32*& out) const {
+  const tKeyValueEntry* entry = FindKey(key);
+  if (entry == nullptr) return 0;
+  const char* value = entry->value;
+  if (value == nullptr || value[0] == '\0') {
+    out = nullptr;
+    return 0;
+  }
+  U32 count = CharCount(value, ',') + 1;
+  U32* items = static_cast<U32*>(MallocArray(count, sizeof(U32)));
+  if (items == nullptr) {
+    out = nullptr;
+    return 0;
+  }
+  std::memset(items, 0, count * sizeof(U32));
+  const char* item = value;
+  for (U32 i = 0; i < count; ++i) {
+    items[i] = ReadHexPrefix(item);
+    const char* comma = std::strchr(item, ',');
+    if (comma == nullptr) break;
+    item = comma + 1;
+  }
+  out = items;
+  return count;
+}
+
+U32 CFileIO::GetStrList(const char* key, char**& out) const {
+  const tKeyValueEntry* entry = FindKey(key);
+  if (entry == nullptr) return 0;
+  if (entry->value == nullptr) {
+    out = nullptr;
+    return 0;
+  }
+  return Split(entry->value, ",", out);
+}
+
+bool CFileIO::SetStr(const char* key, const char* value) {
+  if (key == nullptr) return false;
+  char* copy = nullptr;
+  if (value != nullptr && (copy = CopyString(value)) == nullptr) return false;
+  tKeyValueEntry* entry = PrepareEntry(key);  // may free `value` when it is the old one: copied first
+  if (entry == nullptr) {
+    COrvoInterface::Free(copy);
+    return false;
+  }
+  entry->value = copy;
+  return Changed(true);
+}
+
+bool CFileIO::SetUInt(const char* key, U32 value) {
+  char text[16];
+  COrvoInterface::SNPrintF(text, sizeof text, "0x%08X", value);
+  return SetStr(key, text);
+}
+
+bool CFileIO::SetUIntList(const char* key, const U32* values, U32 count) {
+  if (key == nullptr || (values == nullptr && count != 0)) return false;
+  char* list = nullptr;
+  if (count != 0) {
+    list = static_cast<char*>(MallocArray(count, kListItemSize));
+    if (list == nullptr) return false;
+    size_t length = 0;
+    for (U32 i = 0; i < count; ++i) {
+      char item[kListItemSize];
+      COrvoInterface::SNPrintF(item, sizeof item, "%d", static_cast<int32_t>(values[i]));
+      if (i != 0) list[length++] = ',';
+      size_t itemLength = std::strlen(item);
+      std::memcpy(list + length, item, itemLength);
+      length += itemLength;
+    }
+    list[length] = '\0';
+  }
+  tKeyValueEntry* entry = PrepareEntry(key);
+  if (entry == nullptr) {
+    COrvoInterface::Free(list);
+    return false;
+  }
+  entry->value = list;
+  return Changed(true);
+}
+
+bool CFileIO::SetStrList(const char* key, const char* const* strings, U32 count) {
+  if (key == nullptr || strings == nullptr || count == 0 || count - 1 > static_cast<U32>(INT32_MAX) - 1) return false;
+  size_t length = count - 1;  // the commas
+  for (U32 i = 0; i < count; ++i) {
+    size_t itemLength = strings[i] ? std::strlen(strings[i]) : 0;
+    if (itemLength > static_cast<size_t>(INT32_MAX) - 1 - length) return false;
+    length += itemLength;
+  }
+  char* list = static_cast<char*>(MallocArray(length + 1, 1));
+  if (list == nullptr) return false;
+  size_t at = 0;
+  for (U32 i = 0; i < count; ++i) {
+    if (i != 0) list[at++] = ',';
+    size_t itemLength = strings[i] ? std::strlen(strings[i]) : 0;
+    if (itemLength != 0) std::memcpy(list + at, strings[i], itemLength);
+    at += itemLength;
+  }
+  list[at] = '\0';
+  tKeyValueEntry* entry = PrepareEntry(key);
+  if (entry == nullptr) {
+    COrvoInterface::Free(list);
+    return false;
+  }
+  entry->value = list;
+  return Changed(true);
+}
+
+bool CFileIO::RmKey(const char* key) {
+  tKeyValueEntry* entry = FindKey(key);
+  if (entry == nullptr) return false;
+  U32 index = static_cast<U32>(entry - mpEntries);
+  COrvoInterface::Free(entry->key);
+  COrvoInterface::Free(entry->value);
+  mDirty = 1;
+  U32 remaining = mNumEntries - 1;
+  if (remaining == 0) {
+    COrvoInterface::Free(mpEntries);
+    mpEntries = nullptr;
+  } else {
+    // The entries after the removed one move up by one: order is kept, and
+    // nothing outside the table is read.
+    tKeyValueEntry* smaller = nullptr;
+    if (CapacityFor(remaining) != CapacityFor(mNumEntries)) {
+      smaller = static_cast<tKeyValueEntry*>(MallocArray(CapacityFor(remaining), sizeof(tKeyValueEntry)));
+    }
+    if (smaller != nullptr) {
+      std::memcpy(smaller, mpEntries, index * sizeof(tKeyValueEntry));
+      std::memcpy(smaller + index, mpEntries + index + 1, (remaining - index) * sizeof(tKeyValueEntry));
+      COrvoInterface::Free(mpEntries);
+      mpEntries = smaller;
+    } else {
+      std::memmove(mpEntries + index, mpEntries + index + 1, (remaining - index) * sizeof(tKeyValueEntry));
+    }
+  }
+  mNumEntries = remaining;
+  return Changed(true);
+}
+
+void CFileIO::SetImmediateSynch(bool immediateSynch) { mImmediateSynch = immediateSynch ? 1 : 0; }
+
+bool CFileIO::Changed(bool ok) {
+  if (ok && mImmediateSynch) return Write();
+  return ok;
+}
+
+bool CFileIO::Write() {
+  if (!mDirty) return true;
+  if (mpFile != nullptr) {
+    COrvoInterface::FCloseAtomic(mpFile);
+    mpFile = nullptr;
+  }
+  mpFile = COrvoInterface::FOpenAtomic(mpPath, "w");
+  if (mpFile == nullptr) {
+    CFileUtils::MkPath(mpPath, true);
+    mpFile = COrvoInterface::FOpenAtomic(mpPath, "w");
+  }
+  if (mpFile == nullptr) {
+    COrvoInterface::Trace("CFileIO::Write() - failed opening %s for writing.", mpPath ? mpPath : "(null)");
+    return false;
+  }
+  bool written = true;
+  for (U32 i = 0; i < mNumEntries && written; ++i) {
+    const tKeyValueEntry& entry = mpEntries[i];
+    LineBuffer line(kLineSize);
+    line.Put(entry.key);
+    line.Put('=');
+    if (entry.value != nullptr) {
+      if (entry.listQuoted) {
+        PutListQuoted(entry.value, [&line](char c) { line.Put(c); });
+      } else if (entry.quoted) {
+        line.Put('"');
+        line.Put(entry.value);
+        line.Put('"');
+      } else {
+        line.Put(entry.value);
+      }
+    }
+    line.Put('\n');
+    written = WriteBuffer(line.text());
+  }
+  // A failed byte leaves the stream's error indicator set, and the atomic
+  // close then keeps the old file.
+  int closed = COrvoInterface::FCloseAtomic(mpFile);
+  mpFile = nullptr;
+  mDirty = 0;
+  return written && closed == 0;
+}
+
+tKeyValueEntry* CFileIO::PrepareEntry(const char* key) {
+  tKeyValueEntry* entry = FindKey(key);
+  if (entry != nullptr) {
+    COrvoInterface::Free(entry->value);
+    entry->value = nullptr;
+  } else {
+    entry = NewEntry(key);
+    if (entry == nullptr) return nullptr;
+  }
+  mDirty = 1;
+  return entry;
+}
+
+tKeyValueEntry* CFileIO::NewEntry(const char* key) {
+  if (key == nullptr || mNumEntries == UINT32_MAX) return nullptr;
+  char* keyCopy = CopyString(key);
+  if (keyCopy == nullptr) return nullptr;
+  U32 count = mNumEntries;
+  if (count == 0 || CapacityFor(count + 1) != CapacityFor(count)) {
+    auto* larger = static_cast<tKeyValueEntry*>(MallocArray(CapacityFor(count + 1), sizeof(tKeyValueEntry)));
+    if (larger == nullptr) {
+      COrvoInterface::Free(keyCopy);
+      return nullptr;
+    }
+    if (count != 0) std::memcpy(larger, mpEntries, count * sizeof(tKeyValueEntry));
+    COrvoInterface::Free(mpEntries);
+    mpEntries = larger;
+  }
+  tKeyValueEntry* entry = &mpEntries[count];
+  std::memset(entry, 0, sizeof *entry);
+  entry->key = keyCopy;
+  mNumEntries = count + 1;
+  return entry;
+}
+
+char* CFileIO::AddQuotes(const char* value) {
+  if (value == nullptr) return nullptr;
+  size_t length = std::strlen(value);
+  char* quoted = static_cast<char*>(MallocArray(length + 3, 1));
+  if (quoted == nullptr) return nullptr;
+  quoted[0] = '"';
+  std::memcpy(quoted + 1, value, length);
+  quoted[length + 1] = '"';
+  quoted[length + 2] = '\0';
+  return quoted;
+}
+
+char* CFileIO::AddListQuotes(const char* value) {
+  if (value == nullptr) return nullptr;
+  size_t length = 0;
+  PutListQuoted(value, [&length](char) { ++length; });
+  char* quoted = static_cast<char*>(MallocArray(length + 1, 1));
+  if (quoted == nullptr) return nullptr;
+  size_t at = 0;
+  PutListQuoted(value, [quoted, &at](char c) { quoted[at++] = c; });
+  quoted[at] = '\0';
+  return quoted;
+}
+
+void CFileIO::StripQuotes(char* text) {
+  if (text == nullptr) return;
+  char* to = text;
+  for (const char* from = text; *from != '\0'; ++from) {
+    if (*from != '"') *to++ = *from;
+  }
+  *to = '\0';
+}
+
+U32 CFileIO::CharCount(const char* text, char ch) {
+  U32 count = 0;
+  for (const char* p = text; p != nullptr && *p != '\0'; ++p) {
+    if (*p == ch) ++count;
+  }
+  return count;
+}
+
+U32 CFileIO::Split(const char* text, const char* separator, char**& out) {
+  out = nullptr;
+  if (text == nullptr) return 0;
+  size_t separatorLength = separator ? std::strlen(separator) : 0;
+  U32 count = 1;
+  if (separatorLength != 0) {
+    for (const char* p = std::strstr(text, separator); p != nullptr; p = std::strstr(p + separatorLength, separator)) {
+      ++count;
+    }
+  }
+  char** pieces = static_cast<char**>(MallocArray(count, sizeof(char*)));
+  if (pieces == nullptr) return 0;
+  const char* start = text;
+  for (U32 i = 0; i < count; ++i) {
+    const char* end = (i + 1 < count) ? std::strstr(start, separator) : start + std::strlen(start);
+    pieces[i] = CopyString(start, static_cast<size_t>(end - start));
+    if (pieces[i] == nullptr) {
+      for (U32 j = 0; j < i; ++j) COrvoInterface::Free(pieces[j]);
+      COrvoInterface::Free(pieces);
+      return 0;
+    }
+    start = end + separatorLength;
+  }
+  out = pieces;
+  return count;
+}
+
+char* CFileIO::StripWhitespace(char* text) {
+  while (*text == ' ' || *text == '\t') ++text;
+  size_t length = std::strlen(text);
+  while (length > 0) {
+    char last = text[length - 1];
+    if (last != ' ' && last != '\t' && last != '\r' && last != '\n') break;
+    text[--length] = '\0';
+  }
+  return text;
+}
+
+int CFileIO::GetLine(char* buffer, U32 size) {
+  if (buffer == nullptr || size == 0) return -1;
+  U32 length = 0;
+  while (length + 1 < size) {
+    int c = COrvoInterface::GetC(mpFile);
+    if (c == EOF) break;
+    if (c == '\r' || c == '\n') {
+      if (length > 0) break;
+      continue;  // an empty line
+    }
+    buffer[length++] = static_cast<char>(c);
+  }
+  buffer[length] = '\0';
+  return length > 0 ? static_cast<int>(length) : -1;
+}
+
+bool CFileIO::NextLine(char* buffer, U32 size, char*& key, char*& value) {
+  while (GetLine(buffer, size) >= 0) {
+    char* equals = std::strchr(buffer, '=');  // a NUL byte ends the line's text
+    if (equals == nullptr) continue;
+    *equals = '\0';
+    key = StripWhitespace(buffer);
+    value = StripWhitespace(equals + 1);
+    return true;
+  }
+  return false;
+}
+
+bool CFileIO::CheckUtf8Bom() {
+  COrvoInterface::FSeek(mpFile, 0, SEEK_SET);
+  static const int kBom[3] = {0xEF, 0xBB, 0xBF};
+  for (int i = 0; i < 3; ++i) {
+    if (COrvoInterface::GetC(mpFile) != kBom[i]) {
+      COrvoInterface::FSeek(mpFile, 0, SEEK_SET);
+      return false;
+    }
+  }
+  return true;
+}
+
+bool CFileIO::WriteBuffer(const char* line) {
+  for (const char* p = line; *p != '\0'; ++p) {
+    if (COrvoInterface::PutC(*p, mpFile) == EOF) {
+      COrvoInterface::Trace("CFileIO::WriteBuffer( %s ) - WRITE FAILURE.", line);
+      return false;
+    }
+  }
+  return true;
+}
+
+void CFileIO::Parse() {
+  CheckUtf8Bom();
+  char line[kLineSize];
+  char* key = nullptr;
+  char* value = nullptr;
+  while (NextLine(line, sizeof line, key, value)) AppendParsed(key, value);
+}
+
+bool CFileIO::AppendParsed(char* key, char* value) {
+  uint8_t quoted = 0, listQuoted = 0;
+  if (value[0] == '"') {
+    const char* closing = std::strchr(value + 1, '"');
+    if (closing != nullptr && closing[1] == '\0') {
+      quoted = 1;
+    } else {
+      listQuoted = 1;
+    }
+    StripQuotes(value);
+  }
+  char* valueCopy = CopyString(value);
+  if (valueCopy == nullptr) return false;
+  tKeyValueEntry* entry = NewEntry(key);
+  if (entry == nullptr) {
+    COrvoInterface::Free(valueCopy);
+    return false;
+  }
+  entry->value = valueCopy;
+  entry->quoted = quoted;
+  entry->listQuoted = listQuoted;
+  return true;
+}
