@@ -15,6 +15,7 @@
 #include <cstring>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include <vireline/CFileIO.h>
 #include <vireline/Platform.h>
@@ -161,5 +162,47 @@ void BM_Baseline_Fgets(benchmark::State& state) {
   for (auto _ : state) PlainRead(table, path.c_str());
 }
 BENCHMARK(BM_Baseline_Fgets)->Unit(benchmark::kMicrosecond);
+
+// ---- How the library scales: reading a file of n lines, adding n keys ----
+
+// A file of `lines` short "kN=v" lines at "/QV/Base/lines<lines>.cfg".
+std::string LinesFile(int64_t lines) {
+  std::string devicePath = "/QV/Base/lines" + std::to_string(lines) + ".cfg";
+  std::string hostPath = Files().root + devicePath;
+  if (!std::filesystem::exists(hostPath)) {
+    std::filesystem::create_directories(Files().root + "/QV/Base");
+    std::string content;
+    for (int64_t i = 0; i < lines; ++i) content += "k" + std::to_string(i) + "=v\n";
+    FILE* out = std::fopen(hostPath.c_str(), "w");
+    std::fputs(content.c_str(), out);
+    std::fclose(out);
+  }
+  return devicePath;
+}
+
+// Reading is linear in the file's size: the table grows by doubling.
+void BM_CFileIO_OpenLines(benchmark::State& state) {
+  std::string path = LinesFile(state.range(0));
+  for (auto _ : state) {
+    CFileIO file;
+    file.Open(path.c_str());
+    if (file.GetEntryCount() != static_cast<U32>(state.range(0))) state.SkipWithError("wrong count");
+  }
+  state.SetComplexityN(state.range(0));
+}
+BENCHMARK(BM_CFileIO_OpenLines)->RangeMultiplier(4)->Range(1 << 10, 1 << 18)->Complexity()->Unit(benchmark::kMillisecond);
+
+// Adding n new keys one by one: each set looks the key up first (a linear
+// search, fine for files of a few dozen keys), so this grows as n^2.
+void BM_CFileIO_SetNewKeys(benchmark::State& state) {
+  std::vector<std::string> keys;
+  for (int64_t i = 0; i < state.range(0); ++i) keys.push_back("Key" + std::to_string(i));
+  for (auto _ : state) {
+    CFileIO file;
+    for (const std::string& key : keys) file.SetStr(key.c_str(), "v");
+  }
+  state.SetComplexityN(state.range(0));
+}
+BENCHMARK(BM_CFileIO_SetNewKeys)->RangeMultiplier(4)->Range(40, 10240)->Complexity()->Unit(benchmark::kMillisecond);
 
 }  // namespace

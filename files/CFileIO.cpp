@@ -94,6 +94,32 @@ U32 ReadHexPrefix(const char* text) {
   return negative ? 0u - value : value;
 }
 
+// The `count` texts itemAt(0) ... itemAt(count - 1) joined by commas, in one
+// Malloc'ed string; null when memory is short or the result does not fit.
+// itemAt is called twice per item (to measure, then to copy).
+template <typename ItemAt>
+char* JoinWithCommas(U32 count, ItemAt itemAt) {
+  if (count == 0 || count - 1 > static_cast<U32>(INT32_MAX) - 1) return nullptr;
+  size_t length = count - 1;  // the commas
+  for (U32 i = 0; i < count; ++i) {
+    size_t itemLength = std::strlen(itemAt(i));
+    if (itemLength > static_cast<size_t>(INT32_MAX) - 1 - length) return nullptr;
+    length += itemLength;
+  }
+  char* list = static_cast<char*>(MallocArray(length + 1, 1));
+  if (list == nullptr) return nullptr;
+  size_t at = 0;
+  for (U32 i = 0; i < count; ++i) {
+    if (i != 0) list[at++] = ',';
+    const char* item = itemAt(i);
+    size_t itemLength = std::strlen(item);
+    std::memcpy(list + at, item, itemLength);
+    at += itemLength;
+  }
+  list[at] = '\0';
+  return list;
+}
+
 // Calls put(char) for every character of `value` written as a list of quoted
 // items: each comma-separated item (empty ones too) between double quotes.
 template <typename Put>
@@ -263,15 +289,9 @@ U32 CFileIO::GetStrList(const char* key, char**& out) const {
 
 bool CFileIO::SetStr(const char* key, const char* value) {
   if (key == nullptr) return false;
-  char* copy = nullptr;
+  char* copy = nullptr;  // copied first: `value` may be the entry's old value, which is freed
   if (value != nullptr && (copy = CopyString(value)) == nullptr) return false;
-  tKeyValueEntry* entry = PrepareEntry(key);  // may free `value` when it is the old one: copied first
-  if (entry == nullptr) {
-    COrvoInterface::Free(copy);
-    return false;
-  }
-  entry->value = copy;
-  return Changed(true);
+  return StoreValue(key, copy);
 }
 
 bool CFileIO::SetUInt(const char* key, U32 value) {
@@ -282,54 +302,28 @@ bool CFileIO::SetUInt(const char* key, U32 value) {
 
 bool CFileIO::SetUIntList(const char* key, const U32* values, U32 count) {
   if (key == nullptr || (values == nullptr && count != 0)) return false;
-  char* list = nullptr;
-  if (count != 0) {
-    list = static_cast<char*>(MallocArray(count, kListItemSize));
-    if (list == nullptr) return false;
-    size_t length = 0;
-    for (U32 i = 0; i < count; ++i) {
-      char item[kListItemSize];
-      COrvoInterface::SNPrintF(item, sizeof item, "%d", static_cast<int32_t>(values[i]));
-      if (i != 0) list[length++] = ',';
-      size_t itemLength = std::strlen(item);
-      std::memcpy(list + length, item, itemLength);
-      length += itemLength;
-    }
-    list[length] = '\0';
-  }
-  tKeyValueEntry* entry = PrepareEntry(key);
-  if (entry == nullptr) {
-    COrvoInterface::Free(list);
-    return false;
-  }
-  entry->value = list;
-  return Changed(true);
+  if (count == 0) return StoreValue(key, nullptr);
+  char item[kListItemSize];
+  char* list = JoinWithCommas(count, [&](U32 i) {
+    COrvoInterface::SNPrintF(item, sizeof item, "%d", static_cast<int32_t>(values[i]));
+    return item;
+  });
+  return list != nullptr && StoreValue(key, list);
 }
 
 bool CFileIO::SetStrList(const char* key, const char* const* strings, U32 count) {
-  if (key == nullptr || strings == nullptr || count == 0 || count - 1 > static_cast<U32>(INT32_MAX) - 1) return false;
-  size_t length = count - 1;  // the commas
-  for (U32 i = 0; i < count; ++i) {
-    size_t itemLength = strings[i] ? std::strlen(strings[i]) : 0;
-    if (itemLength > static_cast<size_t>(INT32_MAX) - 1 - length) return false;
-    length += itemLength;
-  }
-  char* list = static_cast<char*>(MallocArray(length + 1, 1));
-  if (list == nullptr) return false;
-  size_t at = 0;
-  for (U32 i = 0; i < count; ++i) {
-    if (i != 0) list[at++] = ',';
-    size_t itemLength = strings[i] ? std::strlen(strings[i]) : 0;
-    if (itemLength != 0) std::memcpy(list + at, strings[i], itemLength);
-    at += itemLength;
-  }
-  list[at] = '\0';
+  if (key == nullptr || strings == nullptr || count == 0) return false;
+  char* list = JoinWithCommas(count, [strings](U32 i) { return strings[i] ? strings[i] : ""; });
+  return list != nullptr && StoreValue(key, list);
+}
+
+bool CFileIO::StoreValue(const char* key, char* value) {
   tKeyValueEntry* entry = PrepareEntry(key);
   if (entry == nullptr) {
-    COrvoInterface::Free(list);
+    COrvoInterface::Free(value);
     return false;
   }
-  entry->value = list;
+  entry->value = value;
   return Changed(true);
 }
 

@@ -2,6 +2,8 @@
 
 #include <vireline/COrvoInterface.h>
 
+#include "files/PackageLayout.h"
+
 namespace {
 
 const uint32_t kPathSize = 256;
@@ -58,10 +60,9 @@ bool CMetaInfFile::OpenForApp(tDeviceVolumeId vol, const char* appDir, CPkgPathB
   if (appDir == nullptr) return false;
   char subPath[kSubPathSize];
   COrvoInterface::SNPrintF(subPath, sizeof subPath, "%s%c%s", appDir, '/', kMetaInfName);
-  CPkgPathBase defaultPaths;
-  const CPkgPathBase* layout = paths ? paths : &defaultPaths;
+  const CPkgPathBase& layout = vireline::LayoutOrDefault(paths);
   char path[kPathSize];
-  if (!layout->GetPackageDir(path, sizeof path, tPackageType("Application"), vol, subPath)) path[0] = '\0';
+  if (!layout.GetPackageDir(path, sizeof path, tPackageType("Application"), vol, subPath)) path[0] = '\0';
   return Open(path);
 }
 

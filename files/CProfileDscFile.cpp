@@ -1,5 +1,7 @@
 #include <vireline/CProfileDscFile.h>
 
+#include "files/PackageLayout.h"
+
 namespace {
 
 const uint32_t kPathSize = 256;
@@ -20,10 +22,9 @@ U32 ZeroIfMissing(U32 value) { return value == kMissing ? 0 : value; }
 CProfileDscFile::CProfileDscFile() = default;
 
 CProfileDscFile::CProfileDscFile(tDeviceVolumeId vol, uint8_t profile, CPkgPathBase* paths) {
-  CPkgPathBase defaultPaths;
-  const CPkgPathBase* layout = paths ? paths : &defaultPaths;
+  const CPkgPathBase& layout = vireline::LayoutOrDefault(paths);
   char path[kPathSize];
-  if (!layout->GetProfileDir(path, sizeof path, profile, vol, "profile.dsc")) path[0] = '\0';
+  if (!layout.GetProfileDir(path, sizeof path, profile, vol, "profile.dsc")) path[0] = '\0';
   Open(path);
 }
 

@@ -2,6 +2,8 @@
 
 #include <vireline/COrvoInterface.h>
 
+#include "files/PackageLayout.h"
+
 namespace {
 
 const uint32_t kPathSize = 256;
@@ -16,10 +18,9 @@ const char kKeyDateAndTime[] = "DateAndTime";
 CSettingsCfgFile::CSettingsCfgFile() = default;
 
 CSettingsCfgFile::CSettingsCfgFile(tDeviceVolumeId vol, CPkgPathBase* paths) {
-  CPkgPathBase defaultPaths;
-  const CPkgPathBase* layout = paths ? paths : &defaultPaths;
+  const CPkgPathBase& layout = vireline::LayoutOrDefault(paths);
   char path[kPathSize];
-  if (!layout->GetPackageDir(path, sizeof path, tPackageType("System"), vol, "settings.cfg")) path[0] = '\0';
+  if (!layout.GetPackageDir(path, sizeof path, tPackageType("System"), vol, "settings.cfg")) path[0] = '\0';
   Open(path);
 }
 

@@ -1,12 +1,17 @@
 // What the inspector's key=value commands share: how the text of key=value
 // files, which may hold any bytes, is shown (valid UTF-8 stays as it is, a
 // backslash becomes "\\", control characters and bytes that are not valid
-// UTF-8 become "\xNN"), and the check that a path names a regular file.
+// UTF-8 become "\xNN"), JSON output, and the check that a path names a
+// regular file.
 #ifndef VIRELINE_TOOLS_KEYVALUEDISPLAY_H_
 #define VIRELINE_TOOLS_KEYVALUEDISPLAY_H_
 
 #include <cstdio>
+#include <iostream>
+#include <memory>
 #include <string>
+
+#include <json/json.h>
 
 #include <vireline/COrvoInterface.h>
 
@@ -63,6 +68,16 @@ inline std::string DisplayText(const char* text) {
     }
   }
   return shown;
+}
+
+// Prints `json` on standard output, indented, with UTF-8 text as it is.
+inline void PrintJson(const Json::Value& json) {
+  Json::StreamWriterBuilder builder;
+  builder["indentation"] = "  ";
+  builder["emitUTF8"] = true;
+  std::unique_ptr<Json::StreamWriter> writer(builder.newStreamWriter());
+  writer->write(json, &std::cout);
+  std::cout << std::endl;
 }
 
 // kSuccess when `path` is a regular file; otherwise reports why on standard

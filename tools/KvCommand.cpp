@@ -1,8 +1,6 @@
 // `vireline kv FILE [KEY]`: a key=value file's entries as the library reads
 // them (whitespace trimmed, quotes removed, duplicates kept), or one key's value.
 #include <cstdio>
-#include <iostream>
-#include <memory>
 #include <string>
 
 #include <json/json.h>
@@ -31,15 +29,6 @@ Json::Value EntryJson(const CFileIO& file, U32 index) {
   json["quotedList"] = entry->listQuoted != 0;
   json["duplicate"] = IsShadowed(file, index);
   return json;
-}
-
-void PrintJson(const Json::Value& json) {
-  Json::StreamWriterBuilder builder;
-  builder["indentation"] = "  ";
-  builder["emitUTF8"] = true;
-  std::unique_ptr<Json::StreamWriter> writer(builder.newStreamWriter());
-  writer->write(json, &std::cout);
-  std::cout << std::endl;
 }
 
 void PrintEntries(const CFileIO& file) {

@@ -1,8 +1,6 @@
 // `vireline meta DIR`: a package's metadata from DIR/meta.inf as the library
 // reads it: id, name, type, version, hidden, profile access and validity.
 #include <cstdio>
-#include <iostream>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -33,15 +31,6 @@ bool ProfilesWithAccess(const CMetaInfFile& meta, std::vector<unsigned>* profile
   for (U32 i = 0; i < count; ++i) profiles->push_back(items[i] & 0xFF);
   COrvoInterface::Free(items);
   return count > 0;
-}
-
-void PrintJson(const Json::Value& json) {
-  Json::StreamWriterBuilder builder;
-  builder["indentation"] = "  ";
-  builder["emitUTF8"] = true;
-  std::unique_ptr<Json::StreamWriter> writer(builder.newStreamWriter());
-  writer->write(json, &std::cout);
-  std::cout << std::endl;
 }
 
 void PrintText(const CMetaInfFile& meta, const std::string& path) {

@@ -173,7 +173,13 @@ class VIRELINE_EXPORT CFileIO {
   char* mpPath;
 
  private:
+  // Adds a parsed line's entry; false when memory is short.
   bool AppendParsed(char* key, char* value);
+
+  // Stores `value` (owned; may be null) under `key`, or frees it when no entry can be made.
+  bool StoreValue(const char* key, char* value);
+
+  // The result of a successful change: Write's under immediate synch, else `ok`.
   bool Changed(bool ok);
 };
 

@@ -1,8 +1,8 @@
-// Damaged and hostile files: reading never crashes, takes time linear in the
-// file's size, and gives what an independent reading of the format gives.
+// Damaged and hostile files: reading never crashes and gives what an
+// independent reading of the format gives. (How reading time grows with the
+// file's size is measured in bench/KeyValueFile_bench.cpp.)
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <random>
 #include <string>
 #include <vector>
@@ -75,14 +75,6 @@ std::string RandomContent(std::mt19937& random, size_t size) {
   return content;
 }
 
-double SecondsToOpen(const std::string& path, U32* entries) {
-  auto start = std::chrono::steady_clock::now();
-  CFileIO file;
-  file.Open(path.c_str());
-  *entries = file.GetEntryCount();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
 }  // namespace
 
 class CFileIOBadInputTest : public DeviceRootTest {
@@ -132,7 +124,9 @@ TEST_F(CFileIOBadInputTest, CarriageReturnOnlyLineEnds) {
   EXPECT_EQ(Read("a=1\rb=2\r\r\rc=\"3\"\r"), (std::vector<Entry>{Plain("a", "1"), Plain("b", "2"), Quoted("c", "3")}));
 }
 
-TEST_F(CFileIOBadInputTest, OnlyLineEnds) { EXPECT_EQ(Read(std::string(10000, '\n') + "\r\r\n"), std::vector<Entry>{}); }
+TEST_F(CFileIOBadInputTest, OnlyLineEnds) {
+  EXPECT_EQ(Read(std::string(10000, '\n') + "\r\r\n"), std::vector<Entry>{});
+}
 
 TEST_F(CFileIOBadInputTest, LineOf100000Bytes) {
   std::string line = "k=" + std::string(99998, 'x');
@@ -146,7 +140,6 @@ TEST_F(CFileIOBadInputTest, TenThousandKeys) {
   std::string content;
   for (int i = 0; i < 10000; ++i) content += "Key" + std::to_string(i) + "=" + std::to_string(i * 7) + "\n";
   WriteFile(kPath, content);
-  auto start = std::chrono::steady_clock::now();
   CFileIO file;
   ASSERT_TRUE(file.Open(kPath));
   ASSERT_EQ(file.GetEntryCount(), 10000u);
@@ -155,23 +148,18 @@ TEST_F(CFileIOBadInputTest, TenThousandKeys) {
   ASSERT_TRUE(file.SetStr("Key5000", "changed"));
   ASSERT_TRUE(file.RmKey("Key0"));
   ASSERT_TRUE(file.Write());
-  double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-  EXPECT_LT(seconds, 10.0);
   std::string expected = content.substr(content.find('\n') + 1);
   expected.replace(expected.find("Key5000=35000"), 13, "Key5000=changed");
   EXPECT_EQ(ReadFile(kPath), expected);
 }
 
 TEST_F(CFileIOBadInputTest, TenThousandKeysAddedOneByOne) {
-  auto start = std::chrono::steady_clock::now();
   CFileIO file;
   file.Open(kPath);
   for (int i = 0; i < 10000; ++i) {
     ASSERT_TRUE(file.SetUInt(("Key" + std::to_string(i)).c_str(), static_cast<U32>(i)));
   }
   ASSERT_TRUE(file.Write());
-  double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-  EXPECT_LT(seconds, 10.0);
   CFileIO reread;
   ASSERT_TRUE(reread.Open(kPath));
   EXPECT_EQ(reread.GetEntryCount(), 10000u);
@@ -182,33 +170,9 @@ TEST_F(CFileIOBadInputTest, TenMebibyteFile) {
   std::mt19937 random(10);
   std::string content = RandomContent(random, 10 * 1024 * 1024);
   WriteFile(kPath, content);
-  auto start = std::chrono::steady_clock::now();
   CFileIO file;
   ASSERT_TRUE(file.Open(kPath));
-  double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-  EXPECT_LT(seconds, 30.0);
   EXPECT_EQ(EntriesOf(file), ReferenceRead(content));
-}
-
-TEST_F(CFileIOBadInputTest, ReadingTimeGrowsLinearly) {
-  auto makeFile = [this](const std::string& path, size_t lines) {
-    std::string content;
-    for (size_t i = 0; i < lines; ++i) content += "k" + std::to_string(i) + "=v\n";
-    WriteFile(path, content);
-  };
-  makeFile("/QV/small.cfg", 25000);
-  makeFile("/QV/large.cfg", 200000);
-  double small = 1e9, large = 1e9;
-  for (int attempt = 0; attempt < 3; ++attempt) {
-    U32 smallEntries = 0, largeEntries = 0;
-    small = std::min(small, SecondsToOpen("/QV/small.cfg", &smallEntries));
-    large = std::min(large, SecondsToOpen("/QV/large.cfg", &largeEntries));
-    ASSERT_EQ(smallEntries, 25000u);
-    ASSERT_EQ(largeEntries, 200000u);
-  }
-  // Eight times the lines: linear reading takes about eight times as long,
-  // quadratic reading sixty-four times.
-  EXPECT_LT(large, small * 24) << "small " << small << " s, large " << large << " s";
 }
 
 TEST_F(CFileIOBadInputTest, RandomContentReadsAsTheFormatSays) {

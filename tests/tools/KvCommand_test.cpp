@@ -1,37 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
 
-#include <json/json.h>
+#include "tools/SampleImageTest.h"
 
-#include "DeviceRootTest.h"
-#include "InspectorRunner.h"
-
-namespace fs = std::filesystem;
-
-namespace {
-
-Json::Value ParseJson(const std::string& text) {
-  Json::Value value;
-  Json::CharReaderBuilder builder;
-  std::string errors;
-  std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
-  EXPECT_TRUE(reader->parse(text.data(), text.data() + text.size(), &value, &errors)) << errors << text;
-  return value;
-}
-
-}  // namespace
-
-// A fresh copy of the sample device image as the device root.
-class KvCommandTest : public DeviceRootTest {
+class KvCommandTest : public SampleImageTest {
  protected:
-  void SetUp() override {
-    DeviceRootTest::SetUp();
-    fs::copy(std::string(VIRELINE_EXAMPLES_DIR) + "/device-image", mRoot, fs::copy_options::recursive);
-  }
-
-  InspectorRun Kv(const std::string& arguments) const { return RunInspector("--root " + mRoot + " kv " + arguments); }
+  InspectorRun Kv(const std::string& arguments) const { return Run("kv " + arguments); }
 };
 
 TEST_F(KvCommandTest, PrintsEntriesAsTheLibraryReadsThem) {
