@@ -4,7 +4,7 @@
 #
 #   scripts/test-armhf.sh              plain build in build-armhf (what CI runs)
 #   scripts/test-armhf.sh --sanitize   AddressSanitizer and UndefinedBehaviorSanitizer
-#                                      build in build-armhf-asan (about three times slower)
+#                                      build in build-armhf-asan (four to six times slower)
 #
 # When the package mirror refuses the armhf packages, the stage is reported as
 # SKIPPED with the reason in its last lines and the script exits 0; any other
