@@ -16,3 +16,6 @@ run() {
   echo
 }
 run layout --model Tamsel
+run meta /QV/Bulk/ProgramFiles/ZooKeeper
+run kv /QV/Bulk/settings.cfg
+run mfg show
