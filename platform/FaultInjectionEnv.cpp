@@ -222,11 +222,11 @@ ssize_t CookieRead(void* cookie, char* buffer, size_t size) {
   return static_cast<ssize_t>(count);
 }
 
+// A cookie write reports failure as 0 bytes written (errno set), never as -1.
 ssize_t CookieWrite(void* cookie, const char* buffer, size_t size) {
   auto* wrapped = AsWrapped(cookie);
-  if (!wrapped->env->Check(FaultInjectionEnv::kWrite).ok()) return -1;
-  size_t count = std::fwrite(buffer, 1, size, wrapped->inner);
-  return count == 0 && size > 0 ? -1 : static_cast<ssize_t>(count);
+  if (!wrapped->env->Check(FaultInjectionEnv::kWrite).ok()) return 0;
+  return static_cast<ssize_t>(std::fwrite(buffer, 1, size, wrapped->inner));
 }
 
 int CookieSeek(void* cookie, off64_t* offset, int whence) {

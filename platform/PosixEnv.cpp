@@ -102,7 +102,7 @@ class PosixEnv : public Env {
     names->clear();
     DIR* dir = ::opendir(path.c_str());
     if (dir == nullptr) return PosixError();
-    while (struct dirent* entry = ::readdir(dir)) {
+    while (struct dirent64* entry = ::readdir64(dir)) {
       if (std::strcmp(entry->d_name, ".") != 0 && std::strcmp(entry->d_name, "..") != 0) {
         names->push_back(entry->d_name);
       }

@@ -52,7 +52,7 @@ TEST_F(COrvoInterfaceTest, StatOfAFileIsTypeOneWithItsSize) {
 
 TEST_F(COrvoInterfaceTest, StatSizeIsTheLowThirtyTwoBits) {
   WriteFile("/QV/big", "");
-  ASSERT_EQ(truncate(Host("/QV/big").c_str(), (1LL << 32) + 7), 0);  // sparse: takes no space
+  ASSERT_EQ(truncate64(Host("/QV/big").c_str(), (1LL << 32) + 7), 0);  // sparse: takes no space
   tStatLite info = {0, 0};
   ASSERT_TRUE(COrvoInterface::Stat("/QV/big", &info, false));
   EXPECT_EQ(info.size, 7u);
