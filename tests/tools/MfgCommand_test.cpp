@@ -5,8 +5,7 @@
 
 #include <vireline/CMfgData.h>
 
-#include "DeviceRootTest.h"
-#include "InspectorRunner.h"
+#include "tools/SampleImageTest.h"
 
 namespace fs = std::filesystem;
 
@@ -20,15 +19,9 @@ bool IsValidCopy(const std::string& copy) {
 
 }  // namespace
 
-// A fresh copy of the sample device image as the device root.
-class MfgCommandTest : public DeviceRootTest {
+class MfgCommandTest : public SampleImageTest {
  protected:
-  void SetUp() override {
-    DeviceRootTest::SetUp();
-    fs::copy(std::string(VIRELINE_EXAMPLES_DIR) + "/device-image", mRoot, fs::copy_options::recursive);
-  }
-
-  InspectorRun Mfg(const std::string& arguments) const { return RunInspector("--root " + mRoot + " mfg " + arguments); }
+  InspectorRun Mfg(const std::string& arguments) const { return Run("mfg " + arguments); }
 
   void Corrupt(const char* copy) const {
     std::string content = ReadFile(copy);
