@@ -8,7 +8,7 @@
 #include <cstring>
 #include <new>
 
-#include "mfg/DeviceStream.h"
+#include "platform/DeviceStream.h"
 #include "mfg/LittleEndian.h"
 #include "platform/Env.h"
 

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "mfg/DeviceStream.h"
+#include "platform/DeviceStream.h"
 
 using vireline::DeviceStream;
 

@@ -3,7 +3,7 @@
 #include <cerrno>
 #include <cstdio>
 
-#include "mfg/DeviceStream.h"
+#include "platform/DeviceStream.h"
 #include "platform/Env.h"
 
 CPartition::CPartition(const char* path) : mSize(kMfgRecordSize), mPath(path != nullptr ? path : "") {}

@@ -12,6 +12,7 @@
 
 #include <vireline/Platform.h>
 
+#include "platform/DeviceStream.h"
 #include "platform/Env.h"
 
 namespace vireline {
@@ -47,17 +48,16 @@ std::string TemporaryNameFor(const std::string& path) {
 }
 
 // Appending modes start from the current content of the target.
-Result CopyExistingContent(Env* env, const std::string& target, FILE* out) {
-  FILE* in = nullptr;
-  if (!env->OpenStream(target, "rb", &in).ok()) return Result::Ok();  // nothing to keep
+Result CopyExistingContent(const std::string& target, FILE* out) {
+  DeviceStream in(target.c_str(), "rb");
+  if (!in.ok()) return Result::Ok();  // nothing to keep
   char buffer[4096];
   size_t count;
   Result result;
-  while (result.ok() && (count = std::fread(buffer, 1, sizeof buffer, in)) > 0) {
+  while (result.ok() && (count = std::fread(buffer, 1, sizeof buffer, in.get())) > 0) {
     if (std::fwrite(buffer, 1, count, out) != count) result = Result::Error(EIO);
   }
-  if (std::ferror(in)) result = Result::Error(EIO);
-  env->CloseStream(in);
+  if (std::ferror(in.get())) result = Result::Error(EIO);
   return result;
 }
 
@@ -105,7 +105,7 @@ FILE* fopenAtomic(const char* path, const char* mode) {
   FILE* stream = OpenTemporary(env, replace.target, append, std::strchr(mode, '+') != nullptr,
                                &replace.temporary);
   if (stream == nullptr) return nullptr;
-  if (append && !CopyExistingContent(env, replace.target, stream).ok()) {
+  if (append && !CopyExistingContent(replace.target, stream).ok()) {
     env->CloseStream(stream);
     env->RemoveFile(replace.temporary);
     return nullptr;

@@ -1,4 +1,4 @@
-#include "mfg/DeviceStream.h"
+#include "platform/DeviceStream.h"
 
 #include "platform/Env.h"
 

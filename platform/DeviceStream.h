@@ -1,7 +1,7 @@
 // A stream on a device file opened through the platform layer, closed when it
 // goes out of scope unless the owner closed it first to learn the result.
-#ifndef VIRELINE_MFG_DEVICESTREAM_H_
-#define VIRELINE_MFG_DEVICESTREAM_H_
+#ifndef VIRELINE_PLATFORM_DEVICESTREAM_H_
+#define VIRELINE_PLATFORM_DEVICESTREAM_H_
 
 #include <cstdio>
 
@@ -39,4 +39,4 @@ class DeviceStream {
 
 }  // namespace vireline
 
-#endif  // VIRELINE_MFG_DEVICESTREAM_H_
+#endif  // VIRELINE_PLATFORM_DEVICESTREAM_H_

@@ -7,7 +7,7 @@
 
 #include <vireline/Platform.h>
 
-#include "platform/Env.h"
+#include "platform/DeviceStream.h"
 
 namespace {
 
@@ -22,16 +22,13 @@ std::string Trim(const std::string& text) {
 
 std::map<std::string, std::string> ReadIdentity() {
   std::map<std::string, std::string> values;
-  vireline::Env* env = vireline::Env::Current();
-  FILE* stream = nullptr;
-  if (!env->OpenStream(kIdentityFile, "r", &stream).ok()) return values;
+  vireline::DeviceStream stream(kIdentityFile, "r");
   char line[512];
-  while (std::fgets(line, sizeof line, stream) != nullptr) {
+  while (stream.ok() && std::fgets(line, sizeof line, stream.get()) != nullptr) {
     std::string text(line);
     size_t equals = text.find('=');
     if (equals != std::string::npos) values[Trim(text.substr(0, equals))] = Trim(text.substr(equals + 1));
   }
-  env->CloseStream(stream);
   return values;
 }
 
