@@ -1,0 +1,48 @@
+// The one seam through which the base utilities and the data objects call
+// the layers built above them (system paths, play log, player profiles,
+// checksum and doom checks, device services). Each function forwards to the
+// real service once it exists; until then UpperLayers.cpp states the interim
+// behaviour. Nothing else in the lower layers names those services directly.
+#ifndef VIRELINE_BASEUTILS_UPPERLAYERS_H_
+#define VIRELINE_BASEUTILS_UPPERLAYERS_H_
+
+#include <vireline/Types.h>
+
+namespace vireline {
+namespace upper {
+
+// Appends a critical-error record with `message` to the current player's play
+// log, selecting player 0 first when no player is selected.
+void AppendCriticalError(const char* message);
+
+// The active locale code ("en-us").
+CString LocaleCode();
+
+// Switches the running library to `code` at once.
+void SetLocaleCode(const CString& code);
+
+// The content root, ending in "/".
+CPath RootPath();
+
+// The system package folder, ending in "/".
+CPath BasePath();
+
+// The data folder, ending in "/".
+CPath DataPath();
+
+// The name in the profile of player `slot`; empty when there is none.
+CString PlayerProfileName(int slot);
+
+// Negative, 0 or positive as version `a` is older than, equal to or newer than `b`.
+int CompareVersion(const CString& a, const CString& b);
+
+// True when `folder` holds a doom marker.
+bool HasDoomPackage(const CPath& folder);
+
+// Asks the desktop connect application for package `id` at `version` or newer.
+void RequestPackageQVC(const CString& id, const CString& version);
+
+}  // namespace upper
+}  // namespace vireline
+
+#endif  // VIRELINE_BASEUTILS_UPPERLAYERS_H_
