@@ -9,7 +9,7 @@
 #include <new>
 
 #include "platform/DeviceStream.h"
-#include "mfg/LittleEndian.h"
+#include "platform/LittleEndian.h"
 #include "platform/Env.h"
 
 using vireline::DeviceStream;

@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-#include "mfg/LittleEndian.h"
+#include "platform/LittleEndian.h"
 
 namespace {
 

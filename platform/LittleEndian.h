@@ -1,7 +1,8 @@
-// Explicit little-endian encoding of the manufacturing record's numbers, so
-// the record's bytes are the same whatever the host's byte order and alignment.
-#ifndef VIRELINE_MFG_LITTLEENDIAN_H_
-#define VIRELINE_MFG_LITTLEENDIAN_H_
+// Explicit little-endian encoding of the numbers of the device's binary
+// formats (the manufacturing record, play logs), so their bytes are the same
+// whatever the host's byte order and alignment.
+#ifndef VIRELINE_PLATFORM_LITTLEENDIAN_H_
+#define VIRELINE_PLATFORM_LITTLEENDIAN_H_
 
 #include <cstdint>
 
@@ -32,4 +33,4 @@ inline uint32_t DecodeFixed32(const unsigned char* in) {
 
 }  // namespace vireline
 
-#endif  // VIRELINE_MFG_LITTLEENDIAN_H_
+#endif  // VIRELINE_PLATFORM_LITTLEENDIAN_H_
