@@ -1,6 +1,5 @@
-#include <vireline/LogEvents.h>
-
 #include <vireline/LogCatalogue.h>
+#include <vireline/LogEvents.h>
 
 namespace LogData {
 namespace Vireline {
@@ -23,13 +22,17 @@ CNavAreaExit::~CNavAreaExit() {}
 CHelpRequest::CHelpRequest(const char* topic) { BuildEvent(kHelpRequest, {topic}); }
 CHelpRequest::~CHelpRequest() {}
 
-CTitleStart::CTitleStart(unsigned long titleId, const char* title, const char* version, unsigned char mode) { BuildEvent(kTitleStart, {titleId, title, version, mode}); }
+CTitleStart::CTitleStart(unsigned long titleId, const char* title, const char* version, unsigned char mode) {
+  BuildEvent(kTitleStart, {titleId, title, version, mode});
+}
 CTitleStart::~CTitleStart() {}
 
 CTitleExit::CTitleExit(unsigned char reason) { BuildEvent(kTitleExit, {reason}); }
 CTitleExit::~CTitleExit() {}
 
-CActivityStart::CActivityStart(const char* title, const char* activity, const char* level) { BuildEvent(kActivityStart, {title, activity, level}); }
+CActivityStart::CActivityStart(const char* title, const char* activity, const char* level) {
+  BuildEvent(kActivityStart, {title, activity, level});
+}
 CActivityStart::~CActivityStart() {}
 
 CActivityExit::CActivityExit(long score, unsigned char reason) { BuildEvent(kActivityExit, {score, reason}); }
@@ -47,28 +50,47 @@ CLevelUp::~CLevelUp() {}
 CLevelDown::CLevelDown(const char* level) { BuildEvent(kLevelDown, {level}); }
 CLevelDown::~CLevelDown() {}
 
-CRewardEarned::CRewardEarned(unsigned short reward, unsigned short count) { BuildEvent(kRewardEarned, {reward, count}); }
+CRewardEarned::CRewardEarned(unsigned short reward, unsigned short count) {
+  BuildEvent(kRewardEarned, {reward, count});
+}
 CRewardEarned::~CRewardEarned() {}
 
-CHintRequest::CHintRequest(unsigned long questionId, const char* hint) { BuildEvent(kHintRequest, {questionId, hint}); }
+CHintRequest::CHintRequest(unsigned long questionId, const char* hint) {
+  BuildEvent(kHintRequest, {questionId, hint});
+}
 CHintRequest::~CHintRequest() {}
 
-CCorrectAnswer::CCorrectAnswer(unsigned long questionId, const char* question, const char* answer) { BuildEvent(kCorrectAnswer, {questionId, question, answer}); }
+CCorrectAnswer::CCorrectAnswer(unsigned long questionId, const char* question, const char* answer) {
+  BuildEvent(kCorrectAnswer, {questionId, question, answer});
+}
 CCorrectAnswer::~CCorrectAnswer() {}
 
-CCorrectAnswerTimed::CCorrectAnswerTimed(unsigned long questionId, const char* question, const char* answer, unsigned long time) { BuildEvent(kCorrectAnswerTimed, {questionId, question, answer, time}); }
+CCorrectAnswerTimed::CCorrectAnswerTimed(unsigned long questionId, const char* question, const char* answer,
+                                         unsigned long time) {
+  BuildEvent(kCorrectAnswerTimed, {questionId, question, answer, time});
+}
 CCorrectAnswerTimed::~CCorrectAnswerTimed() {}
 
-CWrongAnswer::CWrongAnswer(unsigned long questionId, const char* question, const char* answer) { BuildEvent(kWrongAnswer, {questionId, question, answer}); }
+CWrongAnswer::CWrongAnswer(unsigned long questionId, const char* question, const char* answer) {
+  BuildEvent(kWrongAnswer, {questionId, question, answer});
+}
 CWrongAnswer::~CWrongAnswer() {}
 
-CWrongAnswerTimed::CWrongAnswerTimed(unsigned long questionId, const char* question, const char* answer, unsigned short time) { BuildEvent(kWrongAnswerTimed, {questionId, question, answer, time}); }
+CWrongAnswerTimed::CWrongAnswerTimed(unsigned long questionId, const char* question, const char* answer,
+                                     unsigned short time) {
+  BuildEvent(kWrongAnswerTimed, {questionId, question, answer, time});
+}
 CWrongAnswerTimed::~CWrongAnswerTimed() {}
 
-CSemiCorrectAnswer::CSemiCorrectAnswer(unsigned long questionId, const char* question, const char* answer) { BuildEvent(kSemiCorrectAnswer, {questionId, question, answer}); }
+CSemiCorrectAnswer::CSemiCorrectAnswer(unsigned long questionId, const char* question, const char* answer) {
+  BuildEvent(kSemiCorrectAnswer, {questionId, question, answer});
+}
 CSemiCorrectAnswer::~CSemiCorrectAnswer() {}
 
-CSemiCorrectAnswerTimed::CSemiCorrectAnswerTimed(unsigned long questionId, const char* question, const char* answer, unsigned short time) { BuildEvent(kSemiCorrectAnswerTimed, {questionId, question, answer, time}); }
+CSemiCorrectAnswerTimed::CSemiCorrectAnswerTimed(unsigned long questionId, const char* question,
+                                                 const char* answer, unsigned short time) {
+  BuildEvent(kSemiCorrectAnswerTimed, {questionId, question, answer, time});
+}
 CSemiCorrectAnswerTimed::~CSemiCorrectAnswerTimed() {}
 
 CLowBatteryWarning::CLowBatteryWarning() { BuildEvent(kLowBatteryWarning, {}); }

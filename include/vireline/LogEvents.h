@@ -162,7 +162,8 @@ class VIRELINE_EXPORT CSemiCorrectAnswer : public CLogData {
 // Type 23. A partly correct answer with its time, stored in 2 bytes.
 class VIRELINE_EXPORT CSemiCorrectAnswerTimed : public CLogData {
  public:
-  CSemiCorrectAnswerTimed(unsigned long questionId, const char* question, const char* answer, unsigned short time);
+  CSemiCorrectAnswerTimed(unsigned long questionId, const char* question, const char* answer,
+                          unsigned short time);
   ~CSemiCorrectAnswerTimed() override;
 };
 
