@@ -79,13 +79,18 @@ char const* CLogData::GetStringField(unsigned long index) {
   return reinterpret_cast<const char*>(mpPack->GetField(index));
 }
 
+void CLogData::AdoptPack(CLogDataPack* pack) {
+  if (pack == mpPack) return;
+  delete mpPack;
+  mpPack = pack;
+}
+
 void CLogData::BuildEvent(unsigned char type, std::initializer_list<tLogArgument> arguments) {
   const tEventInfo* info = LogData::Vireline::FindEvent(type);
   unsigned fields = info ? info->fieldCount : 0;
   unsigned long sizes[1 + kMaxEventFields] = {kShortHeaderSize};
   for (unsigned i = 0; i < fields; ++i) sizes[i + 1] = FieldWidth(info->fields[i].kind);
-  delete mpPack;
-  mpPack = new CLogDataPack(fields + 1, sizes);
+  AdoptPack(new CLogDataPack(fields + 1, sizes));
   const tLogArgument* argument = arguments.begin();
   for (unsigned i = 0; i < fields && argument != arguments.end(); ++i, ++argument) {
     if (info->fields[i].kind == kFieldString) {

@@ -74,6 +74,10 @@ class VIRELINE_EXPORT CLogData {
   static void operator delete(void* pointer);
 
  protected:
+  // Replaces the record's fields with `pack`, which the record owns from now
+  // on; for records laid out by hand rather than from the catalogue.
+  void AdoptPack(CLogDataPack* pack);
+
   // Builds the whole record of catalogue type `type`: field 0 the header, then
   // one field per argument in the catalogue's widths, then the header itself.
   void BuildEvent(unsigned char type, std::initializer_list<tLogArgument> arguments);
