@@ -18,7 +18,6 @@ namespace vireline {
 namespace tools {
 namespace {
 
-const uint32_t kPathSize = 256;
 const int kRequestLevel = 2;  // package requests and list errors are reported at this level
 const char kRequestPrefix[] = "RequestPackageQVC: ";
 
@@ -101,12 +100,8 @@ void PrintJsonOf(const std::string& metaInf, const CheckReport& report) {
 }
 
 int RunDeps(const std::string& dir, bool json) {
-  char path[kPathSize];
-  if (!CPkgPathBase::MakeFilePath(path, sizeof path, dir.c_str(), "meta.inf", nullptr) || path[0] == '\0') {
-    std::fprintf(stderr, "vireline deps: %s: not a usable package folder\n", dir.c_str());
-    return kUsage;
-  }
-  int status = CheckRegularFile("deps", path);
+  std::string path;
+  int status = PackageMetaInf("deps", dir, &path);
   if (status != kSuccess) return status;
   CheckReport report = Check(dir);
   if (json) {
