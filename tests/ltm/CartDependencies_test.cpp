@@ -177,7 +177,7 @@ TEST_F(CartDependenciesTest, PackUnderTheSharedStemDoesNotSatisfyAnotherPlatform
   EXPECT_EQ(Check("KVR9-0x00170030-000002,1.0"), kLanguagePack);
 }
 
-TEST_F(CartDependenciesTest, SharedLanguagePackStemOnOskavaAndMira) {
+TEST_F(CartDependenciesTest, SharedLanguagePackStemOnOskava) {
   SetPlatform("Oskava");
   EXPECT_EQ(Check("KVR9-0x00170030-000002,1.0"), kLanguagePack);
   EXPECT_EQ(Requests(), Strings{"MQDX-0x001E000F-000002 1.0"});
