@@ -18,4 +18,6 @@ run() {
 run layout --model Tamsel
 run meta /QV/Bulk/ProgramFiles/ZooKeeper
 run kv /QV/Bulk/settings.cfg
+run settings
+run deps /QV/Bulk/ProgramFiles/StoryTime
 run mfg show
