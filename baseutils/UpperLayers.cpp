@@ -1,12 +1,14 @@
 // Calls from the lower layers into the layers above them. A function whose
 // service is not part of the library yet answers as a device without that
-// service would: no play log, no player profiles, no package requests sent.
+// service would: no player profiles, no package requests sent.
 #include "baseutils/UpperLayers.h"
 
 #include <cstring>
 
 #include <vireline/BaseUtils.h>
+#include <vireline/CLogFile.h>
 #include <vireline/CSystem.h>
+#include <vireline/LogEvents.h>
 #include <vireline/Platform.h>
 
 namespace vireline {
@@ -33,7 +35,12 @@ std::vector<std::string> VersionTokens(const CString& text) {
 
 }  // namespace
 
-void AppendCriticalError(const char* /*message*/) {}
+void AppendCriticalError(const char* message) {
+  CLogFile* log = CLogFile::Instance();
+  if (!log->IsProfileSet()) log->SetCurrentProfile(0);
+  LogData::Vireline::CCriticalError record(message);
+  log->Append(record);
+}
 
 void ConsultSettingsAfterAssert() { LTM::CSystem().AreCheatsEnabled(); }
 

@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <string>
 
 #include <vireline/CLogData.h>
 #include <vireline/Export.h>
@@ -77,6 +78,7 @@ class VIRELINE_EXPORT CLogFile {
   CLogFile(const CLogFile&) = delete;
   CLogFile& operator=(const CLogFile&) = delete;
 
+  static CPath LogFolder(tPlayerID slot);
   void OpenFiles();
   void CloseFiles();
 
@@ -87,6 +89,7 @@ class VIRELINE_EXPORT CLogFile {
   tLoggingProfile mCurrentProfile;
   CString mFileName;
   CPath mFolders[kSlotCount];
+  std::string mPaths[kSlotCount];  // folder + file name, composed once for Append
 };
 
 // The size of an open file; its position is kept. 0 for null.

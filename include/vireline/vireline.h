@@ -4,6 +4,11 @@
 
 #include <vireline/CFileIO.h>
 #include <vireline/CFileUtils.h>
+#include <vireline/CLogData.h>
+#include <vireline/CLogDataPack.h>
+#include <vireline/CLogFile.h>
+#include <vireline/CLogHeader.h>
+#include <vireline/CLogReader.h>
 #include <vireline/CMetaInfFile.h>
 #include <vireline/CMetaInfo.h>
 #include <vireline/CMfgData.h>
@@ -11,7 +16,10 @@
 #include <vireline/CProfileDscFile.h>
 #include <vireline/CSettingsCfgFile.h>
 #include <vireline/CSystem.h>
+#include <vireline/CTimeSync.h>
 #include <vireline/Export.h>
+#include <vireline/LogCatalogue.h>
+#include <vireline/LogEvents.h>
 #include <vireline/PkgPath.h>
 #include <vireline/Platform.h>
 #include <vireline/Types.h>

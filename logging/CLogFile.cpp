@@ -1,0 +1,123 @@
+// The log file manager: the instance, the current profile and appending.
+#include <vireline/CLogFile.h>
+
+#include <vireline/BaseUtils.h>
+#include <vireline/PkgPath.h>
+#include <vireline/Platform.h>
+
+#include "baseutils/UpperLayers.h"
+#include "logging/LogDebug.h"
+#include "platform/Env.h"
+
+using vireline::Env;
+
+CLogFile* CLogFile::mpInstance = nullptr;
+
+namespace {
+
+const char kLogFileName[] = "profile.log";
+
+}  // namespace
+
+CLogFile* CLogFile::Instance() {
+  if (mpInstance == nullptr) {
+    // The instance is published before the files are opened: an assertion
+    // raised while opening them logs through this same, not yet set up, instance
+    // instead of building another one.
+    mpInstance = new CLogFile();
+    mpInstance->OpenFiles();
+  }
+  return mpInstance;
+}
+
+void CLogFile::Destroy() {
+  delete mpInstance;
+  mpInstance = nullptr;
+}
+
+CPath CLogFile::GetLogFilePath(tPlayerID slot) { return LogFolder(slot) + kLogFileName; }
+
+// STOPGAP until CSystemData is part of the library: the folder part of the
+// player's log file on volume 0, as CSystemData::GetDataProfileLogPath gives it.
+CPath CLogFile::LogFolder(tPlayerID slot) {
+  char file[512];
+  CPkgPathBase().GetProfileLogFile(file, sizeof file, static_cast<uint32_t>(slot) & 0xFF, 0);
+  std::string path(file);
+  size_t slash = path.rfind('/');
+  return slash == std::string::npos ? CPath() : CPath(path.substr(0, slash + 1));
+}
+
+CLogFile::CLogFile() : mByteCount(0), mCurrentProfile(kLoggingProfileNotSet), mFileName(kLogFileName) {
+  for (int slot = 0; slot < kSlotCount; ++slot) {
+    mFiles[slot] = nullptr;
+    mFolders[slot] = LogFolder(slot);
+    mPaths[slot] = (mFolders[slot] + mFileName).raw();
+  }
+}
+
+CLogFile::~CLogFile() { CloseFiles(); }
+
+void CLogFile::OpenFiles() {
+  for (int slot = 0; slot < kSlotCount; ++slot) {
+    if (!BaseUtils::Instance()->FileExists(mPaths[slot])) BaseUtils::Instance()->CreateFile(mPaths[slot]);
+  }
+  for (int slot = 0; slot < kSlotCount; ++slot) {
+    if (!Env::Current()->OpenStream(mPaths[slot], "rb+", &mFiles[slot]).ok()) {
+      mFiles[slot] = nullptr;
+      vireline::LogDebug("Fatal Logging Error; logging will halt. Error finding the log resource %d: %s\n", slot,
+                         mPaths[slot].c_str());
+    }
+  }
+  for (int slot = 0; slot < kSlotCount; ++slot) InitLogFile(mFiles[slot], slot);
+  mByteCount = 0;
+  for (int slot = 0; slot < kSlotCount; ++slot) mByteCount += static_cast<uint32_t>(FileSize(mFiles[slot]));
+  mCurrentProfile = kLoggingProfileNotSet;
+  CloseFiles();
+}
+
+void CLogFile::CloseFiles() {
+  for (FILE*& file : mFiles) {
+    if (file != nullptr) Env::Current()->CloseStream(file);
+    file = nullptr;
+  }
+}
+
+void CLogFile::SetCurrentProfile(tLoggingProfile profile) {
+  if (profile > kLoggingProfile2) {
+    vireline::LogDebug("Fatal Logging Error, current profile set to out of range value.  Logging will halt.\n");
+    return;
+  }
+  mCurrentProfile = profile;
+}
+
+void CLogFile::SetCurrentProfile(tPlayerID player) {
+  if (player >= 0 && player <= 2) {
+    mCurrentProfile = static_cast<tLoggingProfile>(player);
+  } else {
+    mCurrentProfile = player == 3 ? kLoggingProfilePlayer3 : kLoggingProfileNotSet;
+  }
+}
+
+void CLogFile::Append(CLogData& record) {
+  const CLogDataPack* pack = record.GetPack();
+  if (pack == nullptr || pack->GetBuffer() == nullptr || pack->GetTotalSize() == 0) return;
+  if (mCurrentProfile == kLoggingProfilePlayer3 || mCurrentProfile == kLoggingProfileNotSet) return;
+  // Every offered record counts, also one that is dropped, and the count never
+  // goes down (nor wraps): once the cap is reached nothing more is logged.
+  uint64_t count = uint64_t{mByteCount} + pack->GetTotalSize();
+  mByteCount = count > 0xFFFFFFFFu ? 0xFFFFFFFFu : static_cast<uint32_t>(count);
+  if (mByteCount >= kSizeCap) return;
+  if (mCurrentProfile < kLoggingProfile0 || mCurrentProfile > kLoggingProfile2) {
+    vireline::LogDebug("Fatal Logging Error. CurrentProfile is invalid.");
+    return;
+  }
+  FILE* file = nullptr;
+  if (!Env::Current()->OpenStream(mPaths[mCurrentProfile], "rb+", &file).ok()) return;
+  if (std::fseek(file, 0, SEEK_END) == 0) std::fwrite(pack->GetBuffer(), 1, pack->GetTotalSize(), file);
+  Env::Current()->CloseStream(file);
+}
+
+CLogFile& CLogFile::operator<<(CLogData& record) {
+  Append(record);
+  return *this;
+}
