@@ -21,3 +21,5 @@ run kv /QV/Bulk/settings.cfg
 run settings
 run deps /QV/Bulk/ProgramFiles/StoryTime
 run mfg show
+run log dump 0
+run log stats

@@ -35,6 +35,9 @@ void RegisterSettingsCommand(CLI::App& program, Action* action);
 // `vireline deps DIR [--json]`: a package's dependency check, its result mask and the packages it requested.
 void RegisterDepsCommand(CLI::App& program, Action* action);
 
+// `vireline log dump [SLOT|FILE] [--json]` and `vireline log stats`: the players' play logs.
+void RegisterLogCommand(CLI::App& program, Action* action);
+
 }  // namespace tools
 }  // namespace vireline
 

@@ -35,6 +35,7 @@ int main(int argc, char** argv) {
   vireline::tools::RegisterKvCommand(program, &action);
   vireline::tools::RegisterSettingsCommand(program, &action);
   vireline::tools::RegisterDepsCommand(program, &action);
+  vireline::tools::RegisterLogCommand(program, &action);
 
   try {
     program.parse(argc, argv);

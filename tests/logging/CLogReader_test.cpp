@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
@@ -298,4 +300,28 @@ TEST_F(CLogReaderTest, AFailingOpenIsReportedAsCannotOpen) {
   mEnv.FailAfter(vireline::FaultInjectionEnv::kOpen, 0, EACCES);
   CLogReader reader(kPath);
   EXPECT_EQ(reader.GetStatus(), CLogReader::kCannotOpen);
+}
+
+TEST_F(CLogReaderTest, TheSampleImageLogsReadWholeAndCutAtEveryByteOfTheirLastRecord) {
+  for (int slot = 0; slot < 3; ++slot) {
+    std::string sample = std::string(VIRELINE_EXAMPLES_DIR) + "/device-image/QV/Bulk/Data/Uploads/" +
+                         std::to_string(slot) + "/profile.log";
+    std::ifstream in(sample, std::ios::binary);
+    std::string content((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    WriteFile(kPath, content);
+    CLogReader whole(kPath);
+    EXPECT_EQ(whole.GetStatus(), CLogReader::kHeaderValid);
+    std::vector<tLogRecord> records = ReadAll(whole);
+    ASSERT_GE(records.size(), 3u) << slot;
+    EXPECT_FALSE(whole.IsTorn());
+    for (const tLogRecord& record : records) EXPECT_TRUE(record.decoded) << record.ClassName();
+    uint64_t lastStart = records.back().offset;
+    for (uint64_t cut = lastStart + 1; cut < content.size(); ++cut) {
+      WriteFile(kPath, content.substr(0, cut));
+      CLogReader reader(kPath);
+      EXPECT_EQ(ReadAll(reader).size(), records.size() - 1) << "slot " << slot << " cut at " << cut;
+      EXPECT_TRUE(reader.IsTorn());
+      EXPECT_EQ(reader.GetTornOffset(), lastStart);
+    }
+  }
 }

@@ -1,0 +1,168 @@
+// `vireline log dump` and `vireline log stats` on the sample image's play logs
+// and on damaged ones.
+#include <gtest/gtest.h>
+
+#include <stdlib.h>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "tools/SampleImageTest.h"
+
+namespace {
+
+const char kSlot0[] = "/QV/Bulk/Data/Uploads/0/profile.log";
+
+std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  return lines;
+}
+
+}  // namespace
+
+class LogCommandTest : public SampleImageTest {
+ protected:
+  InspectorRun Log(const std::string& arguments) const { return Run("log " + arguments); }
+};
+
+TEST_F(LogCommandTest, DumpPrintsTheHeaderAndOneLinePerRecord) {
+  InspectorRun run = Log("dump 0");
+  EXPECT_EQ(run.exitStatus, 0) << run.err;
+  EXPECT_EQ(run.err, "");
+  std::vector<std::string> lines = Lines(run.out);
+  ASSERT_EQ(lines.size(), 16u);
+  EXPECT_EQ(lines[0].rfind("== /QV/Bulk/Data/Uploads/0/profile.log: 413 bytes, header valid: platform 10, serial \"", 0),
+            0u)
+      << lines[0];
+  EXPECT_EQ(lines[1], "         0  CTimeSync  clock=1709566200  resetCode=0");
+  EXPECT_EQ(lines[2],
+            "         0  CDebugInfo  code=0  text=\"Product Id = 1507369; Part Number = 152-11029-004; Pkg Version = 2.4.1\"");
+  EXPECT_EQ(lines[7], "     12900  CCorrectAnswerTimed  questionId=1  question=\"2+3\"  answer=\"5\"  time=5100");
+  EXPECT_EQ(lines[8], "     20200  CWrongAnswerTimed  questionId=2  question=\"4+4\"  answer=\"9\"  time=7200");
+  EXPECT_EQ(lines[15], "     39000  CUserLogOut  reason=1");
+}
+
+TEST_F(LogCommandTest, DumpWithoutATargetPrintsAllThreeSlots) {
+  InspectorRun run = Log("dump");
+  EXPECT_EQ(run.exitStatus, 0);
+  size_t headers = 0;
+  for (const std::string& line : Lines(run.out)) headers += line.rfind("== ", 0) == 0;
+  EXPECT_EQ(headers, 3u);
+  EXPECT_NE(run.out.find("CCriticalError  message=\"Audio clip missing: cheer.wav (line 88 in VirelineJSON/Src/LTM)\""),
+            std::string::npos);
+}
+
+TEST_F(LogCommandTest, DumpTakesAFileAsADevicePath) {
+  EXPECT_EQ(Log("dump " + std::string(kSlot0)).out, Log("dump 0").out);
+}
+
+TEST_F(LogCommandTest, DumpJsonIsOneObjectPerLine) {
+  InspectorRun run = Log("dump 1 --json");
+  EXPECT_EQ(run.exitStatus, 0);
+  std::vector<std::string> lines = Lines(run.out);
+  ASSERT_EQ(lines.size(), 13u);
+  Json::Value header = ParseJson(lines[0]);
+  EXPECT_EQ(header["header"].asString(), "valid");
+  EXPECT_EQ(header["platform"].asInt(), 10);
+  EXPECT_EQ(header["logNumber"].asInt(), 1);
+  EXPECT_EQ(header["size"].asInt(), 341);
+  Json::Value record = ParseJson(lines[7]);
+  EXPECT_EQ(record["class"].asString(), "CCorrectAnswer");
+  EXPECT_EQ(record["type"].asInt(), 18);
+  EXPECT_EQ(record["time"].asUInt(), 116500u);
+  EXPECT_EQ(record["fields"]["answer"].asString(), "penguin");
+  EXPECT_EQ(record["fields"]["questionId"].asInt(), 7);
+  EXPECT_FALSE(record.isMember("payload"));
+  for (const std::string& line : lines) EXPECT_TRUE(ParseJson(line).isObject()) << line;
+}
+
+TEST_F(LogCommandTest, ATornLastRecordIsReportedAfterTheRecordsBeforeIt) {
+  std::string content = ReadFile(kSlot0);
+  WriteFile(kSlot0, content.substr(0, content.size() - 3));
+  InspectorRun run = Log("dump 0");
+  EXPECT_EQ(run.exitStatus, 4);
+  EXPECT_EQ(Lines(run.out).size(), 15u);
+  EXPECT_EQ(run.err, "vireline log: /QV/Bulk/Data/Uploads/0/profile.log: torn record at offset 406 (4 bytes present)\n");
+  InspectorRun json = Log("dump 0 --json");
+  Json::Value torn = ParseJson(Lines(json.out).back());
+  EXPECT_TRUE(torn["torn"].asBool());
+  EXPECT_EQ(torn["offset"].asInt(), 406);
+}
+
+TEST_F(LogCommandTest, UnknownAndMismatchedRecordsShowTheirPayload) {
+  std::string content = ReadFile(kSlot0);
+  WriteFile(kSlot0, content + std::string("\x10\0\0\0\x30\x02\xAB\xCD" "\x20\0\0\0\x44\x01x", 15));
+  InspectorRun run = Log("dump 0");
+  EXPECT_EQ(run.exitStatus, 0);
+  std::vector<std::string> lines = Lines(run.out);
+  ASSERT_EQ(lines.size(), 18u);
+  EXPECT_EQ(lines[16], "        16  type 48  payload=abcd");
+  EXPECT_EQ(lines[17], "        32  CGameStart  payload=78");
+  Json::Value unknown = ParseJson(Lines(Log("dump 0 --json").out)[16]);
+  EXPECT_TRUE(unknown["class"].isNull());
+  EXPECT_EQ(unknown["payload"].asString(), "abcd");
+}
+
+TEST_F(LogCommandTest, AFileThatIsNoPlayLogIsCorrupt) {
+  WriteFile("/QV/notes.txt", std::string(200, 'n'));
+  InspectorRun run = Log("dump /QV/notes.txt");
+  EXPECT_EQ(run.exitStatus, 4);
+  EXPECT_EQ(run.err, "vireline log: /QV/notes.txt: not a play log\n");
+  WriteFile("/QV/short.log", "606F7B93");
+  EXPECT_EQ(Log("dump /QV/short.log").err, "vireline log: /QV/short.log: too short\n");
+}
+
+TEST_F(LogCommandTest, AMissingFileIsNotFound) {
+  InspectorRun run = Log("dump /QV/none.log");
+  EXPECT_EQ(run.exitStatus, 1);
+  EXPECT_EQ(run.err, "vireline log: /QV/none.log: cannot be opened\n");
+}
+
+TEST_F(LogCommandTest, StatsCountsRecordsByClassAndTheBytesLeft) {
+  InspectorRun run = Log("stats");
+  EXPECT_EQ(run.exitStatus, 0);
+  std::vector<std::string> lines = Lines(run.out);
+  EXPECT_EQ(lines[0], "slot 0  /QV/Bulk/Data/Uploads/0/profile.log  413 bytes  header valid  15 records");
+  EXPECT_NE(run.out.find("  CCorrectAnswerTimed      2\n"), std::string::npos);
+  EXPECT_EQ(lines.back(), "total 1154 bytes of 1024000; 1022846 bytes left under the cap");
+}
+
+TEST_F(LogCommandTest, StatsJsonGivesEachSlot) {
+  Json::Value stats = ParseJson(Log("stats --json").out);
+  ASSERT_EQ(stats["slots"].size(), 3u);
+  EXPECT_EQ(stats["slots"][2]["records"].asInt(), 14);
+  EXPECT_EQ(stats["slots"][2]["classes"]["CCriticalError"].asInt(), 1);
+  EXPECT_EQ(stats["bytesLeft"].asInt(), 1022846);
+  EXPECT_EQ(stats["cap"].asInt(), 1024000);
+}
+
+TEST_F(LogCommandTest, StatsShowNothingLeftOnceTheCapIsReached) {
+  WriteFile(kSlot0, ReadFile(kSlot0) + std::string(1024000, '\0'));
+  Json::Value stats = ParseJson(Log("stats --json").out);
+  EXPECT_EQ(stats["bytesLeft"].asInt(), 0);
+}
+
+TEST_F(LogCommandTest, StatsOfMissingFilesCountNothing) {
+  std::string slot1 = "/QV/Bulk/Data/Uploads/1/profile.log";
+  ASSERT_EQ(std::remove(Host(slot1).c_str()), 0);
+  Json::Value stats = ParseJson(Log("stats --json").out);
+  EXPECT_EQ(stats["slots"][1]["header"].asString(), "cannot be opened");
+  EXPECT_EQ(stats["slots"][1]["records"].asInt(), 0);
+}
+
+TEST_F(LogCommandTest, LogNeedsASubcommand) { EXPECT_EQ(Log("").exitStatus, 2); }
+
+#ifdef VIRELINE_MAKE_PLAY_LOGS
+TEST_F(LogCommandTest, TheSampleLogsAreWhatTheGeneratorWrites) {
+  std::vector<std::string> committed;
+  for (int slot = 0; slot < 3; ++slot) committed.push_back(ReadFile("/QV/Bulk/Data/Uploads/" + std::to_string(slot) + "/profile.log"));
+  std::string command = std::string(VIRELINE_MAKE_PLAY_LOGS) + " " + mRoot + " >/dev/null";
+  ASSERT_EQ(std::system(command.c_str()), 0);
+  for (int slot = 0; slot < 3; ++slot) {
+    EXPECT_EQ(ReadFile("/QV/Bulk/Data/Uploads/" + std::to_string(slot) + "/profile.log"), committed[slot]) << slot;
+  }
+}
+#endif
