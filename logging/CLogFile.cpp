@@ -8,6 +8,7 @@
 #include "baseutils/UpperLayers.h"
 #include "logging/LogDebug.h"
 #include "platform/Env.h"
+#include "platform/StreamAppend.h"
 
 using vireline::Env;
 
@@ -113,7 +114,7 @@ void CLogFile::Append(CLogData& record) {
   }
   FILE* file = nullptr;
   if (!Env::Current()->OpenStream(mPaths[mCurrentProfile], "rb+", &file).ok()) return;
-  if (std::fseek(file, 0, SEEK_END) == 0) std::fwrite(pack->GetBuffer(), 1, pack->GetTotalSize(), file);
+  vireline::AppendToStream(file, pack->GetBuffer(), pack->GetTotalSize());  // a failed write loses the record
   Env::Current()->CloseStream(file);
 }
 
