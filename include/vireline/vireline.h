@@ -4,12 +4,14 @@
 
 #include <vireline/CFileIO.h>
 #include <vireline/CFileUtils.h>
+#include <vireline/CJSonFile.h>
 #include <vireline/CMetaInfFile.h>
 #include <vireline/CMfgData.h>
 #include <vireline/COrvoInterface.h>
 #include <vireline/CProfileDscFile.h>
 #include <vireline/CSettingsCfgFile.h>
 #include <vireline/Export.h>
+#include <vireline/LTMJson.h>
 #include <vireline/PkgPath.h>
 #include <vireline/Platform.h>
 #include <vireline/Types.h>
