@@ -15,6 +15,10 @@ namespace upper {
 // log, selecting player 0 first when no player is selected.
 void AppendCriticalError(const char* message);
 
+// Reads the device settings the way an assertion does (the cheat switch);
+// the answer changes nothing, but the settings file is opened and written back.
+void ConsultSettingsAfterAssert();
+
 // The active locale code ("en-us").
 CString LocaleCode();
 

@@ -59,6 +59,12 @@ void FaultInjectionEnv::SetNowMicros(uint64_t micros) {
   mNowMicros = micros;
 }
 
+void FaultInjectionEnv::SetProcessorClock(int64_t ticks) {
+  std::lock_guard<std::mutex> lock(mMutex);
+  mFakeProcessorClock = true;
+  mProcessorClock = ticks;
+}
+
 Result FaultInjectionEnv::Check(Op op) {
   std::lock_guard<std::mutex> lock(mMutex);
   ++mCalls[op];
@@ -206,6 +212,14 @@ int64_t FaultInjectionEnv::WallClockSeconds() {
     if (mFakeWallClock) return mWallClockSeconds;
   }
   return target()->WallClockSeconds();
+}
+
+int64_t FaultInjectionEnv::ProcessorClock() {
+  {
+    std::lock_guard<std::mutex> lock(mMutex);
+    if (mFakeProcessorClock) return mProcessorClock;
+  }
+  return target()->ProcessorClock();
 }
 
 namespace {

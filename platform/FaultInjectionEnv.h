@@ -45,6 +45,9 @@ class FaultInjectionEnv : public EnvWrapper {
   // Answers NowMicros with `micros` from now on.
   void SetNowMicros(uint64_t micros);
 
+  // Answers ProcessorClock with `ticks` from now on.
+  void SetProcessorClock(int64_t ticks);
+
   // Checks an operation against its armed fault; sets errno when it fails.
   Result Check(Op op);
 
@@ -68,6 +71,7 @@ class FaultInjectionEnv : public EnvWrapper {
   Result Receive(int socket, void* data, size_t length, size_t* received) override;
   uint64_t NowMicros() override;
   int64_t WallClockSeconds() override;
+  int64_t ProcessorClock() override;
 
  private:
   struct Fault {
@@ -90,6 +94,8 @@ class FaultInjectionEnv : public EnvWrapper {
   int64_t mWallClockSeconds = 0;
   bool mFakeNowMicros = false;
   uint64_t mNowMicros = 0;
+  bool mFakeProcessorClock = false;
+  int64_t mProcessorClock = 0;
 };
 
 }  // namespace vireline
