@@ -18,4 +18,5 @@ run() {
 run layout --model Tamsel
 run meta /QV/Bulk/ProgramFiles/ZooKeeper
 run kv /QV/Bulk/settings.cfg
+run json /QV/Bulk/Data/LanguageSample.json Flags[1].LocaleCode
 run mfg show
