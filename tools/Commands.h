@@ -32,6 +32,12 @@ void RegisterKvCommand(CLI::App& program, Action* action);
 // `vireline json FILE [PATH]`: a JSON document as the library loads it, or the value at PATH.
 void RegisterJsonCommand(CLI::App& program, Action* action);
 
+// `vireline settings [--json]`: the device settings through LTM::CSystem and the "/var/loglevel" level (read-only).
+void RegisterSettingsCommand(CLI::App& program, Action* action);
+
+// `vireline deps DIR [--json]`: a package's dependency check, its result mask and the packages it requested.
+void RegisterDepsCommand(CLI::App& program, Action* action);
+
 }  // namespace tools
 }  // namespace vireline
 

@@ -34,6 +34,8 @@ int main(int argc, char** argv) {
   vireline::tools::RegisterMetaCommand(program, &action);
   vireline::tools::RegisterKvCommand(program, &action);
   vireline::tools::RegisterJsonCommand(program, &action);
+  vireline::tools::RegisterSettingsCommand(program, &action);
+  vireline::tools::RegisterDepsCommand(program, &action);
 
   try {
     program.parse(argc, argv);

@@ -2,14 +2,17 @@
 #ifndef VIRELINE_VIRELINE_H_
 #define VIRELINE_VIRELINE_H_
 
+#include <vireline/BaseUtils.h>
 #include <vireline/CFileIO.h>
 #include <vireline/CFileUtils.h>
 #include <vireline/CJSonFile.h>
 #include <vireline/CMetaInfFile.h>
+#include <vireline/CMetaInfo.h>
 #include <vireline/CMfgData.h>
 #include <vireline/COrvoInterface.h>
 #include <vireline/CProfileDscFile.h>
 #include <vireline/CSettingsCfgFile.h>
+#include <vireline/CSystem.h>
 #include <vireline/Export.h>
 #include <vireline/LTMJson.h>
 #include <vireline/PkgPath.h>
