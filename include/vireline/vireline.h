@@ -2,8 +2,10 @@
 #ifndef VIRELINE_VIRELINE_H_
 #define VIRELINE_VIRELINE_H_
 
+#include <vireline/BaseUtils.h>
 #include <vireline/CFileIO.h>
 #include <vireline/CFileUtils.h>
+#include <vireline/CJSonFile.h>
 #include <vireline/CLogData.h>
 #include <vireline/CLogDataPack.h>
 #include <vireline/CLogFile.h>
@@ -18,6 +20,7 @@
 #include <vireline/CSystem.h>
 #include <vireline/CTimeSync.h>
 #include <vireline/Export.h>
+#include <vireline/LTMJson.h>
 #include <vireline/LogCatalogue.h>
 #include <vireline/LogEvents.h>
 #include <vireline/PkgPath.h>
