@@ -61,18 +61,22 @@ BenchLogs& Logs() {
   return logs;
 }
 
+// Counts one append; every kRefill appends empties the log again, untimed.
+void CountAppend(benchmark::State& state, int* appended) {
+  if (++*appended < kRefill) return;
+  state.PauseTiming();
+  Logs().Restart();
+  *appended = 0;
+  state.ResumeTiming();
+}
+
 void BM_CLogFile_AppendGameStart(benchmark::State& state) {
   Logs().Restart();
   LogData::Vireline::CGameStart record("MathMountain");  // 6 + 13 bytes
   int appended = 0;
   for (auto _ : state) {
     CLogFile::Instance()->Append(record);
-    if (++appended == kRefill) {
-      state.PauseTiming();
-      Logs().Restart();
-      appended = 0;
-      state.ResumeTiming();
-    }
+    CountAppend(state, &appended);
   }
   state.SetItemsProcessed(state.iterations());
 }
@@ -91,12 +95,7 @@ void BM_Baseline_OpenLseekWriteClose(benchmark::State& state) {
       state.SkipWithError("append failed");
     }
     if (fd >= 0) close(fd);
-    if (++appended == kRefill) {
-      state.PauseTiming();
-      Logs().Restart();
-      appended = 0;
-      state.ResumeTiming();
-    }
+    CountAppend(state, &appended);
   }
   state.SetItemsProcessed(state.iterations());
 }
