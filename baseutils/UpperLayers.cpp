@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include <vireline/BaseUtils.h>
+#include <vireline/CSystemData.h>
 #include <vireline/Platform.h>
 
 namespace vireline {
@@ -36,15 +37,15 @@ void AppendCriticalError(const char* /*message*/) {}
 
 void ConsultSettingsAfterAssert() {}
 
-CString LocaleCode() { return "en-us"; }
+CString LocaleCode() { return CSystemData::Instance()->GetLocaleCode(); }
 
-void SetLocaleCode(const CString& /*code*/) {}
+void SetLocaleCode(const CString& code) { CSystemData::Instance()->SetLocaleCode(code); }
 
-CPath RootPath() { return "/QV/"; }
+CPath RootPath() { return CSystemData::Instance()->GetRootPath(); }
 
-CPath BasePath() { return "/QV/Base/"; }
+CPath BasePath() { return CSystemData::Instance()->GetBasePath(); }
 
-CPath DataPath() { return "/QV/Bulk/Data/"; }
+CPath DataPath() { return CSystemData::Instance()->GetDataPath(); }
 
 CString PlayerProfileName(int /*slot*/) { return CString(); }
 

@@ -9,6 +9,7 @@
 #include <vireline/COrvoInterface.h>
 #include <vireline/CProfileDscFile.h>
 #include <vireline/CSettingsCfgFile.h>
+#include <vireline/CSystemData.h>
 #include <vireline/Export.h>
 #include <vireline/PkgPath.h>
 #include <vireline/Platform.h>
