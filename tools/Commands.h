@@ -29,6 +29,12 @@ void RegisterMetaCommand(CLI::App& program, Action* action);
 // `vireline kv FILE [KEY] [--json]`: a key=value file's entries as the library reads them, or one value.
 void RegisterKvCommand(CLI::App& program, Action* action);
 
+// `vireline paths [--json]`: every folder the library names, and the locale with its source.
+void RegisterPathsCommand(CLI::App& program, Action* action);
+
+// `vireline find KIND NAME [--title DIR] [--explain]`: the asset file a title gets, and every path tried.
+void RegisterFindCommand(CLI::App& program, Action* action);
+
 }  // namespace tools
 }  // namespace vireline
 
