@@ -19,3 +19,5 @@ run layout --model Tamsel
 run meta /QV/Bulk/ProgramFiles/ZooKeeper
 run kv /QV/Bulk/settings.cfg
 run mfg show
+run paths
+run find art dragon.png --title /QV/Bulk/ProgramFiles/PetitChef --explain
