@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include <vireline/BaseUtils.h>
+#include <vireline/CSystem.h>
 #include <vireline/CSystemData.h>
 #include <vireline/Platform.h>
 
@@ -35,7 +36,7 @@ std::vector<std::string> VersionTokens(const CString& text) {
 
 void AppendCriticalError(const char* /*message*/) {}
 
-void ConsultSettingsAfterAssert() {}
+void ConsultSettingsAfterAssert() { LTM::CSystem().AreCheatsEnabled(); }
 
 CString LocaleCode() { return CSystemData::Instance()->GetLocaleCode(); }
 

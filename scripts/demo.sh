@@ -18,6 +18,8 @@ run() {
 run layout --model Tamsel
 run meta /QV/Bulk/ProgramFiles/ZooKeeper
 run kv /QV/Bulk/settings.cfg
+run settings
+run deps /QV/Bulk/ProgramFiles/StoryTime
 run mfg show
 run paths
 run find art dragon.png --title /QV/Bulk/ProgramFiles/PetitChef --explain

@@ -29,6 +29,12 @@ void RegisterMetaCommand(CLI::App& program, Action* action);
 // `vireline kv FILE [KEY] [--json]`: a key=value file's entries as the library reads them, or one value.
 void RegisterKvCommand(CLI::App& program, Action* action);
 
+// `vireline settings [--json]`: the device settings through LTM::CSystem and the "/var/loglevel" level (read-only).
+void RegisterSettingsCommand(CLI::App& program, Action* action);
+
+// `vireline deps DIR [--json]`: a package's dependency check, its result mask and the packages it requested.
+void RegisterDepsCommand(CLI::App& program, Action* action);
+
 // `vireline paths [--json]`: every folder the library names, and the locale with its source.
 void RegisterPathsCommand(CLI::App& program, Action* action);
 

@@ -14,6 +14,7 @@
 #include <json/json.h>
 
 #include <vireline/COrvoInterface.h>
+#include <vireline/PkgPath.h>
 
 #include "tools/Commands.h"
 
@@ -93,6 +94,18 @@ inline int CheckRegularFile(const char* command, const std::string& path) {
     return kIoError;
   }
   return kSuccess;
+}
+
+// kSuccess and `dir` + "/meta.inf" in *path when that names a regular file;
+// otherwise reports why on standard error and returns the exit status.
+inline int PackageMetaInf(const char* command, const std::string& dir, std::string* path) {
+  char joined[256];
+  if (!CPkgPathBase::MakeFilePath(joined, sizeof joined, dir.c_str(), "meta.inf", nullptr) || joined[0] == '\0') {
+    std::fprintf(stderr, "vireline %s: %s: not a usable package folder\n", command, dir.c_str());
+    return kUsage;
+  }
+  *path = joined;
+  return CheckRegularFile(command, *path);
 }
 
 }  // namespace tools

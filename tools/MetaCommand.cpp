@@ -15,8 +15,6 @@ namespace vireline {
 namespace tools {
 namespace {
 
-const uint32_t kPathSize = 256;
-
 Json::Value JsonText(const char* text) { return text ? Json::Value(DisplayText(text)) : Json::Value(Json::nullValue); }
 
 std::string ShownText(const char* text) { return text ? DisplayText(text) : "(missing)"; }
@@ -74,16 +72,12 @@ void PrintJsonOf(const CMetaInfFile& meta, const std::string& path) {
 }
 
 int RunMeta(const std::string& dir, bool json) {
-  char path[kPathSize];
-  if (!CPkgPathBase::MakeFilePath(path, sizeof path, dir.c_str(), "meta.inf", nullptr) || path[0] == '\0') {
-    std::fprintf(stderr, "vireline meta: %s: not a usable package folder\n", dir.c_str());
-    return kUsage;
-  }
-  int status = CheckRegularFile("meta", path);
+  std::string path;
+  int status = PackageMetaInf("meta", dir, &path);
   if (status != kSuccess) return status;
   CMetaInfFile meta;
-  if (!meta.Open(path)) {
-    std::fprintf(stderr, "vireline meta: %s: cannot be read\n", path);
+  if (!meta.Open(path.c_str())) {
+    std::fprintf(stderr, "vireline meta: %s: cannot be read\n", path.c_str());
     return kIoError;
   }
   if (json) {

@@ -5,10 +5,12 @@
 #include <vireline/CFileIO.h>
 #include <vireline/CFileUtils.h>
 #include <vireline/CMetaInfFile.h>
+#include <vireline/CMetaInfo.h>
 #include <vireline/CMfgData.h>
 #include <vireline/COrvoInterface.h>
 #include <vireline/CProfileDscFile.h>
 #include <vireline/CSettingsCfgFile.h>
+#include <vireline/CSystem.h>
 #include <vireline/CSystemData.h>
 #include <vireline/Export.h>
 #include <vireline/PkgPath.h>
