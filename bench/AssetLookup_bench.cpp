@@ -15,6 +15,8 @@
 #include <vireline/CSystemData.h>
 #include <vireline/Platform.h>
 
+#include "platform/Env.h"
+
 namespace {
 
 const char kTitle[] = "/QV/Bulk/ProgramFiles/Game/";
@@ -108,6 +110,21 @@ void RunBaseline(benchmark::State& state, const std::vector<std::string>& device
   state.counters["opens"] = static_cast<double>(hosts.size());
 }
 
+// The same opens through the platform layer, by device path: what the
+// platform's own path mapping adds, apart from the lookup.
+void RunPlatformBaseline(benchmark::State& state, const std::vector<std::string>& devicePaths) {
+  AssetImage::Get();
+  vireline::Env* env = vireline::Env::Current();
+  for (auto _ : state) {
+    for (const std::string& path : devicePaths) {
+      FILE* stream = nullptr;
+      if (env->OpenStream(path, "r", &stream).ok()) env->CloseStream(stream);
+      benchmark::DoNotOptimize(stream);
+    }
+  }
+  state.counters["opens"] = static_cast<double>(devicePaths.size());
+}
+
 void BM_FindArt_FirstCandidate(benchmark::State& state) {
   RunLookup(state, &CSystemData::FindArt, "hit.png", kArtHit);
 }
@@ -115,6 +132,9 @@ BENCHMARK(BM_FindArt_FirstCandidate);
 
 void BM_FindArt_FirstCandidateBaseline(benchmark::State& state) { RunBaseline(state, kArtHit); }
 BENCHMARK(BM_FindArt_FirstCandidateBaseline);
+
+void BM_FindArt_FirstCandidatePlatformBaseline(benchmark::State& state) { RunPlatformBaseline(state, kArtHit); }
+BENCHMARK(BM_FindArt_FirstCandidatePlatformBaseline);
 
 void BM_FindArt_FallbackChain(benchmark::State& state) {
   RunLookup(state, &CSystemData::FindArt, "gone.png", kArtChain);
@@ -124,6 +144,9 @@ BENCHMARK(BM_FindArt_FallbackChain);
 void BM_FindArt_FallbackChainBaseline(benchmark::State& state) { RunBaseline(state, kArtChain); }
 BENCHMARK(BM_FindArt_FallbackChainBaseline);
 
+void BM_FindArt_FallbackChainPlatformBaseline(benchmark::State& state) { RunPlatformBaseline(state, kArtChain); }
+BENCHMARK(BM_FindArt_FallbackChainPlatformBaseline);
+
 void BM_FindAudio_FirstCandidate(benchmark::State& state) {
   RunLookup(state, &CSystemData::FindAudio, "hit.wav", kAudioHit);
 }
@@ -132,6 +155,9 @@ BENCHMARK(BM_FindAudio_FirstCandidate);
 void BM_FindAudio_FirstCandidateBaseline(benchmark::State& state) { RunBaseline(state, kAudioHit); }
 BENCHMARK(BM_FindAudio_FirstCandidateBaseline);
 
+void BM_FindAudio_FirstCandidatePlatformBaseline(benchmark::State& state) { RunPlatformBaseline(state, kAudioHit); }
+BENCHMARK(BM_FindAudio_FirstCandidatePlatformBaseline);
+
 void BM_FindAudio_FallbackChain(benchmark::State& state) {
   RunLookup(state, &CSystemData::FindAudio, "gone.mp3", AudioChain());
 }
@@ -139,5 +165,8 @@ BENCHMARK(BM_FindAudio_FallbackChain);
 
 void BM_FindAudio_FallbackChainBaseline(benchmark::State& state) { RunBaseline(state, AudioChain()); }
 BENCHMARK(BM_FindAudio_FallbackChainBaseline);
+
+void BM_FindAudio_FallbackChainPlatformBaseline(benchmark::State& state) { RunPlatformBaseline(state, AudioChain()); }
+BENCHMARK(BM_FindAudio_FallbackChainPlatformBaseline);
 
 }  // namespace

@@ -32,19 +32,20 @@ lookup() {
   # The candidate files are the ones whose name holds the asset's (or its placeholder's) name;
   # -y shows the file behind every descriptor, so closes and fstats are matched by name too.
   local opens stats closes
-  opens=$(grep -cE "open(at)?\(.*/($pattern)\"" "$log" || true)
+  opens=$(grep -cE "open(at)?\(.*($pattern)\"" "$log" || true)
   stats=$(grep -cE "(stat|statx|access|faccessat|readlink)[a-z0-9]*\(.*($pattern)" "$log" || true)
   closes=$(grep -cE "close\([0-9]+<.*($pattern)>\)" "$log" || true)
   printf '%-48s opens %2d  stats %d  closes %d\n' "$description" "$opens" "$stats" "$closes"
 }
 
+title=/QV/Bulk/ProgramFiles/ZooKeeper
 echo "File-system calls on the candidate files of one lookup (fresh process each):"
 lookup "find art welcome.png (first candidate)" "welcome\.png" art welcome.png
 lookup "find art dragon.png (full chain + placeholder)" "dragon\.png|missingAsset\.png" art dragon.png
-lookup "find audio hello.wav (second folder)" "hello\.wav" audio hello.wav
+lookup "find audio hello.wav (second folder)" "hello\.wav" audio hello.wav --title "$title"
 lookup "find audio roar.mp3 (full chain + placeholder)" "roar\.(wav|mp3)|h_BROM_AudioNotFoundSfx_6\.(wav|mp3)" \
-  audio roar.mp3
+  audio roar.mp3 --title "$title"
 echo
-echo "strace -c -f of the whole 'vireline find audio roar.mp3' process (start-up, settings and lookup):"
-strace -c -f -o "$image/summary.txt" "$build/tools/vireline" --root "$image" find audio roar.mp3 >/dev/null || true
+echo "strace -c -f of the whole 'vireline find audio roar.mp3 --title $title' process (start-up, settings and lookup):"
+strace -c -f -o "$image/summary.txt" "$build/tools/vireline" --root "$image" find audio roar.mp3 --title "$title" >/dev/null || true
 cat "$image/summary.txt"

@@ -6,6 +6,8 @@
 
 #include <cstdio>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "platform/Env.h"
 #include "systemdata/SystemDataInternal.h"
@@ -48,6 +50,18 @@ const AssetRules& RulesOf(AssetKind kind) {
   }
 }
 
+std::string_view Bytes(const CPath& text) { return text.raw(); }
+std::string_view Bytes(const char* text) { return text; }
+
+// Concatenates `parts` with a single allocation: a lookup builds up to 16 paths.
+template <typename... Parts>
+CPath Joined(const Parts&... parts) {
+  std::string path;
+  path.reserve((Bytes(parts).size() + ...));
+  (path.append(Bytes(parts)), ...);
+  return CPath(std::move(path));
+}
+
 // Tries candidates in order and remembers the one the probe accepted.
 class Search {
  public:
@@ -82,14 +96,13 @@ LookupLocale LocaleOf(CSystemData* data) {
 // English audio is recorded for three countries; every other English-speaking
 // country hears the British recording.
 void ApplyEnglishCountryRule(LookupLocale* locale) {
-  if (locale->language == "en" && locale->country != "us" && locale->country != "ca" && locale->country != "gb") {
-    locale->country = "gb";
-  }
+  const std::string& country = locale->country.raw();
+  if (locale->language.raw() == "en" && country != "us" && country != "ca" && country != "gb") locale->country = "gb";
 }
 
 // A folder and file-name prefix for a country's own recordings ("Audio_gb/gb_").
 CPath CountryAudio(const CPath& folder, const CString& country) {
-  return folder + "Audio_" + country + "/" + country + "_";
+  return Joined(folder, "Audio_", country, "/", country, "_");
 }
 
 // An audio name split at its last ".": ext keeps the dot; without one, ext is empty.
@@ -109,8 +122,8 @@ AudioName SplitAudioName(const CPath& name) {
 bool SearchArt(CSystemData* data, const CPath& name, Search* search) {
   LookupLocale locale = LocaleOf(data);
   const CPath& pack = locale.languagePack;
-  return search->Try(pack + "Art_" + locale.language + "/" + name) || search->Try(pack + "Art/" + name) ||
-         search->Try(data->GetLanguagePackPath(false) + "Art/" + name);
+  return search->Try(Joined(pack, "Art_", locale.language, "/", name)) || search->Try(Joined(pack, "Art/", name)) ||
+         search->Try(Joined(data->GetLanguagePackPath(false), "Art/", name));
 }
 
 // Video paths carry a second "/" before the name: players and their playlists
@@ -118,43 +131,44 @@ bool SearchArt(CSystemData* data, const CPath& name, Search* search) {
 bool SearchVideo(CSystemData* data, const CPath& name, Search* search) {
   LookupLocale locale = LocaleOf(data);
   const CPath& pack = locale.languagePack;
-  return search->Try(pack + "Video_" + locale.language + "/" + "/" + name) ||
-         search->Try(pack + "Video/" + "/" + name) ||
-         search->Try(data->GetLanguagePackPath(false) + "Video/" + "/" + name);
+  return search->Try(Joined(pack, "Video_", locale.language, "/", "/", name)) ||
+         search->Try(Joined(pack, "Video/", "/", name)) ||
+         search->Try(Joined(data->GetLanguagePackPath(false), "Video/", "/", name));
 }
 
 bool SearchFont(CSystemData* data, const CPath& name, Search* search) {
   data->GetLocaleCode();  // fonts do not depend on it, but reading it keeps the locale current
   CPath base = data->GetBasePath();
-  return search->Try(data->GetCurrentTitlePath() + "Fonts/" + name) ||
-         search->Try(data->GetLanguagePackPath(false) + "Fonts/" + name) || search->Try(base + "Fonts/" + name) ||
-         search->Try(base + "MQDX/Fonts/" + name);
+  return search->Try(Joined(data->GetCurrentTitlePath(), "Fonts/", name)) ||
+         search->Try(Joined(data->GetLanguagePackPath(false), "Fonts/", name)) ||
+         search->Try(Joined(base, "Fonts/", name)) || search->Try(Joined(base, "MQDX/Fonts/", name));
 }
 
 // In each folder a WAV recording wins over the same name in another format.
 bool SearchAudioIn(const CPath& folder, const AudioName& audio, Search* search) {
-  if (audio.ext != ".wav" && search->Try(folder + audio.stem + ".wav")) return true;
-  return search->Try(folder + audio.name);
+  if (audio.ext.raw() != ".wav" && search->Try(Joined(folder, audio.stem, ".wav"))) return true;
+  return search->Try(Joined(folder, audio.name));
 }
 
 bool SearchAudio(CSystemData* data, const AudioName& audio, Search* search) {
   LookupLocale locale = LocaleOf(data);
   ApplyEnglishCountryRule(&locale);
   const CPath& pack = locale.languagePack;
-  return SearchAudioIn(data->GetCurrentTitlePath() + "Audio/", audio, search) ||
+  return SearchAudioIn(Joined(data->GetCurrentTitlePath(), "Audio/"), audio, search) ||
          SearchAudioIn(CountryAudio(pack, locale.country), audio, search) ||
-         SearchAudioIn(pack + "Audio/", audio, search) ||
-         SearchAudioIn(data->GetLanguagePackPath(false) + "Audio/", audio, search);
+         SearchAudioIn(Joined(pack, "Audio/"), audio, search) ||
+         SearchAudioIn(Joined(data->GetLanguagePackPath(false), "Audio/"), audio, search);
 }
 
 bool SearchBookAudio(CSystemData* data, const CPath& name, Search* search) {
   LookupLocale locale = LocaleOf(data);
   ApplyEnglishCountryRule(&locale);
   const CPath& pack = locale.languagePack;
-  CPath bookPack = data->GetRootPath() + "Bulk/BookPack_" + locale.language;
-  return search->Try(CountryAudio(bookPack + "/", locale.country) + name) ||
-         search->Try(bookPack + "/Audio/" + name) || search->Try(CountryAudio(pack, locale.country) + name) ||
-         search->Try(pack + "Audio/" + name) || search->Try(data->GetLanguagePackPath(false) + "Audio/" + name);
+  CPath bookPack = Joined(data->GetRootPath(), "Bulk/BookPack_", locale.language);
+  return search->Try(Joined(CountryAudio(Joined(bookPack, "/"), locale.country), name)) ||
+         search->Try(Joined(bookPack, "/Audio/", name)) ||
+         search->Try(Joined(CountryAudio(pack, locale.country), name)) || search->Try(Joined(pack, "Audio/", name)) ||
+         search->Try(Joined(data->GetLanguagePackPath(false), "Audio/", name));
 }
 
 // The placeholder to look up after `name` was not found; empty when the kind
@@ -162,9 +176,9 @@ bool SearchBookAudio(CSystemData* data, const CPath& name, Search* search) {
 CPath PlaceholderFor(AssetKind kind, const CPath& name) {
   const char* placeholder = RulesOf(kind).placeholder;
   if (placeholder == nullptr) return CPath();
-  if (kind != AssetKind::kAudio) return name == placeholder ? CPath() : CPath(placeholder);
+  if (kind != AssetKind::kAudio) return name.raw() == placeholder ? CPath() : CPath(placeholder);
   AudioName audio = SplitAudioName(name);
-  return audio.stem == placeholder ? CPath() : placeholder + audio.ext;
+  return audio.stem.raw() == placeholder ? CPath() : placeholder + audio.ext;
 }
 
 bool SearchCandidates(CSystemData* data, AssetKind kind, const CPath& name, Search* search) {

@@ -56,7 +56,7 @@ void CSystemData::SetCurrentTitlePath(const CPath& path) {
   LTM::CMetaInfo meta(path);
   mCurrentGameProductID = meta.GetProductId();
   mCurrentGamePackageID = meta.GetPackageId();
-  if (mCurrentGamePackageID == kLanguageChooserPackageId) {
+  if (mCurrentGamePackageID.raw() == kLanguageChooserPackageId) {
     SetLocaleCode("");
     return;
   }
@@ -64,7 +64,7 @@ void CSystemData::SetCurrentTitlePath(const CPath& path) {
   if (titleLocale.empty()) return;
   CString titleLanguage = LanguageOf(titleLocale);
   CString current = GetLocaleCode();
-  if (titleLanguage == LanguageOf(current)) return;
+  if (titleLanguage.raw() == LanguageOf(current).raw()) return;
   // The title's language in the device's country, spelt the way that language's pack knows it.
   CString country = CountryOf(current);
   CString converted;

@@ -19,7 +19,7 @@ unsigned char CheckWidget(const CPath& folder, void* context) {
   if (!utils->FileExists(folder + "/meta.inf")) return 1;
   LTM::CMetaInfo meta(folder);
   // A missing "DeviceHidden" reads as 0xFFFFFFFF and so counts as hidden, as it always has.
-  if (!meta.IsValid() || meta.GetTagInt("DeviceHidden") == 0 || meta.GetPackageName() != info->name) return 1;
+  if (!meta.IsValid() || meta.GetTagInt("DeviceHidden") == 0 || meta.GetPackageName().raw() != info->name.raw()) return 1;
   info->result = folder + "/" + meta.GetAppSo();
   return 0;
 }

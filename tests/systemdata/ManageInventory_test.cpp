@@ -21,6 +21,8 @@ struct InventoryPlatform {
   U32 productId;
 };
 
+void PrintTo(const InventoryPlatform& platform, std::ostream* out) { *out << platform.platform; }
+
 class ManageInventoryPlatformTest : public ManageInventoryTest,
                                     public ::testing::WithParamInterface<InventoryPlatform> {};
 

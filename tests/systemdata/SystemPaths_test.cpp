@@ -83,6 +83,8 @@ struct DeprecatedGetter {
   const char* signature;
 };
 
+void PrintTo(const DeprecatedGetter& getter, std::ostream* out) { *out << getter.name; }
+
 class DeprecatedGetterTest : public SystemDataTest, public ::testing::WithParamInterface<DeprecatedGetter> {};
 
 TEST_P(DeprecatedGetterTest, WarnsWithItsSignatureAndStillAnswers) {
