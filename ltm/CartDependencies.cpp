@@ -31,14 +31,17 @@ U32 Request(const Glib::ustring& id, const Glib::ustring& version, U32 requestBi
 }
 
 // The installed firmware's version: the first word of "/etc/version"; empty
-// when the file cannot be read, so that any wanted version counts as newer.
+// when the file cannot be read or holds no word.
 Glib::ustring InstalledFirmwareVersion() {
   vireline::DeviceStream file(kVersionFile, "r");
   return file.ok() ? Glib::ustring(vireline::ExtractWord(file.get(), kVersionWordLimit)) : Glib::ustring();
 }
 
+// A device that cannot tell its firmware version is treated as outdated, so
+// the wanted firmware is requested rather than silently assumed present.
 U32 CheckFirmware(const Glib::ustring& id, const Glib::ustring& version) {
-  if (vireline::upper::CompareVersion(version, InstalledFirmwareVersion()) > 0) {
+  Glib::ustring installed = InstalledFirmwareVersion();
+  if (installed.empty() || vireline::upper::CompareVersion(version, installed) > 0) {
     return Request(id, version, CMetaInfo::kRequestedApplication);
   }
   return 0;

@@ -2,6 +2,7 @@
 #ifndef VIRELINE_VIRELINE_H_
 #define VIRELINE_VIRELINE_H_
 
+#include <vireline/BaseUtils.h>
 #include <vireline/CFileIO.h>
 #include <vireline/CFileUtils.h>
 #include <vireline/CMetaInfFile.h>

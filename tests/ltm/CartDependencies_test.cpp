@@ -288,14 +288,18 @@ TEST_F(CartDependenciesTest, SameOrNewerFirmwareIsNotRequested) {
   EXPECT_EQ(Requests(), Strings{});
 }
 
-TEST_F(CartDependenciesTest, MissingFirmwareVersionComparesAsAnEmptyWord) {
+TEST_F(CartDependenciesTest, AnUnreadableFirmwareVersionRequestsTheFirmware) {
   SetPlatform("Tamsel");
   InstallTamselLanguagePack();
-  // A version without tokens compares equal to every version, so nothing is requested.
-  EXPECT_EQ(Check("KVR9-0x00170029-000000,2.0"), 0u);
+  EXPECT_EQ(Check("KVR9-0x00170029-000000,2.0"), kApplication);
+  EXPECT_EQ(Requests(), Strings{"KVR9-0x00170029-000000 2.0"});
+}
+
+TEST_F(CartDependenciesTest, AFirmwareVersionFileWithoutAWordRequestsTheFirmware) {
+  SetPlatform("Tamsel");
+  InstallTamselLanguagePack();
   WriteFile("/etc/version", "\n\n");
-  EXPECT_EQ(Check("KVR9-0x00170029-000000,2.0"), 0u);
-  EXPECT_EQ(Requests(), Strings{});
+  EXPECT_EQ(Check("KVR9-0x00170029-000000,2.0"), kApplication);
 }
 
 TEST_F(CartDependenciesTest, OverlongFirmwareVersionIsReadBounded) {
