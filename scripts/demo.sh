@@ -18,6 +18,7 @@ run() {
 run layout --model Tamsel
 run meta /QV/Bulk/ProgramFiles/ZooKeeper
 run kv /QV/Bulk/settings.cfg
+run json /QV/Bulk/Data/LanguageSample.json Flags[1].LocaleCode
 run settings
 run deps /QV/Bulk/ProgramFiles/StoryTime
 run mfg show

@@ -29,6 +29,9 @@ void RegisterMetaCommand(CLI::App& program, Action* action);
 // `vireline kv FILE [KEY] [--json]`: a key=value file's entries as the library reads them, or one value.
 void RegisterKvCommand(CLI::App& program, Action* action);
 
+// `vireline json FILE [PATH]`: a JSON document as the library loads it, or the value at PATH.
+void RegisterJsonCommand(CLI::App& program, Action* action);
+
 // `vireline settings [--json]`: the device settings through LTM::CSystem and the "/var/loglevel" level (read-only).
 void RegisterSettingsCommand(CLI::App& program, Action* action);
 

@@ -33,6 +33,7 @@ int main(int argc, char** argv) {
   vireline::tools::RegisterMfgCommand(program, &action);
   vireline::tools::RegisterMetaCommand(program, &action);
   vireline::tools::RegisterKvCommand(program, &action);
+  vireline::tools::RegisterJsonCommand(program, &action);
   vireline::tools::RegisterSettingsCommand(program, &action);
   vireline::tools::RegisterDepsCommand(program, &action);
   vireline::tools::RegisterPathsCommand(program, &action);

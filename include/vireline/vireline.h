@@ -5,6 +5,7 @@
 #include <vireline/BaseUtils.h>
 #include <vireline/CFileIO.h>
 #include <vireline/CFileUtils.h>
+#include <vireline/CJSonFile.h>
 #include <vireline/CMetaInfFile.h>
 #include <vireline/CMetaInfo.h>
 #include <vireline/CMfgData.h>
@@ -14,6 +15,7 @@
 #include <vireline/CSystem.h>
 #include <vireline/CSystemData.h>
 #include <vireline/Export.h>
+#include <vireline/LTMJson.h>
 #include <vireline/PkgPath.h>
 #include <vireline/Platform.h>
 #include <vireline/Types.h>

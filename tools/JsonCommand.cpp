@@ -1,0 +1,115 @@
+// `vireline json FILE [PATH]`: a JSON document as the library loads it, or
+// the value at a path such as "Flags[0].LocaleCode" (keys joined by ".",
+// array elements chosen by "[N]").
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include <vireline/vireline.h>
+
+#include "tools/Commands.h"
+
+namespace vireline {
+namespace tools {
+namespace {
+
+// One step of a path: a member key or an element index.
+struct PathStep {
+  bool isIndex;
+  std::string key;
+  LTM::ArrayIndex index;
+};
+
+// Reads "[N]" at text[*at]; false when it is not a whole bracketed 32-bit number.
+bool ParseIndex(const std::string& text, size_t* at, LTM::ArrayIndex* index) {
+  size_t close = text.find(']', *at);
+  if (close == std::string::npos || close == *at + 1) return false;
+  unsigned long long value = 0;
+  for (size_t i = *at + 1; i < close; ++i) {
+    if (text[i] < '0' || text[i] > '9') return false;
+    value = value * 10 + static_cast<unsigned>(text[i] - '0');
+    if (value > 0xFFFFFFFFull) return false;
+  }
+  *index = static_cast<LTM::ArrayIndex>(value);
+  *at = close + 1;
+  return true;
+}
+
+// The steps of `path`; false when it is malformed (an empty key between
+// dots, a stray bracket, an index that is not a number).
+bool ParsePath(const std::string& path, std::vector<PathStep>* steps) {
+  size_t at = 0;
+  while (true) {
+    size_t end = path.find_first_of(".[]", at);
+    if (end == std::string::npos) end = path.size();
+    bool leadingIndex = at == 0 && end == 0 && !path.empty() && path[0] == '[';
+    if (end == at && !leadingIndex) return false;
+    if (end > at) steps->push_back(PathStep{false, path.substr(at, end - at), 0});
+    at = end;
+    while (at < path.size() && path[at] == '[') {
+      PathStep step{true, std::string(), 0};
+      if (!ParseIndex(path, &at, &step.index)) return false;
+      steps->push_back(step);
+    }
+    if (at == path.size()) return true;
+    if (path[at] != '.') return false;
+    ++at;
+  }
+}
+
+// The value the steps lead to inside `root`; null when a step finds nothing.
+// Kinds are checked first, so a wrong turn never raises a type assertion.
+const LTM::Value* Resolve(const LTM::Value& root, const std::vector<PathStep>& steps) {
+  const LTM::Value* at = &root;
+  for (const PathStep& step : steps) {
+    if (step.isIndex) {
+      if (!at->isArray() || !at->isValidIndex(step.index)) return nullptr;
+      at = &(*at)[step.index];
+    } else {
+      if (!at->isObject() || !at->isMember(Glib::ustring(step.key))) return nullptr;
+      at = &(*at)[Glib::ustring(step.key)];
+    }
+  }
+  return at;
+}
+
+int RunJson(const std::string& path, const std::string& valuePath, bool hasPath) {
+  std::vector<PathStep> steps;
+  if (hasPath && !ParsePath(valuePath, &steps)) {
+    std::fprintf(stderr, "vireline json: malformed path '%s' (expected keys and [N] indexes, e.g. Flags[0].LocaleCode)\n",
+                 valuePath.c_str());
+    return kUsage;
+  }
+  LTM::CJSonFile file(path, 0);
+  if (file.Load() != 0) {
+    std::fprintf(stderr, "vireline json: %s: does not load as a JSON document\n", path.c_str());
+    return kNotFound;
+  }
+  const LTM::Value* value = Resolve(file.mRoot, steps);
+  if (value == nullptr) {
+    std::fprintf(stderr, "vireline json: %s: no value at '%s'\n", path.c_str(), valuePath.c_str());
+    return kNotFound;
+  }
+  if (value->isString()) {
+    std::printf("%s\n", value->asCString());
+  } else {
+    std::fputs(LTM::StyledWriter().write(*value).c_str(), stdout);
+  }
+  return kSuccess;
+}
+
+}  // namespace
+
+void RegisterJsonCommand(CLI::App& program, Action* action) {
+  auto* json = program.add_subcommand("json", "Print a JSON document as the library loads it, or the value at a path");
+  static std::string path, valuePath;  // must outlive the parse and the action
+  json->add_option("FILE", path, "The file, as a device path (below --root)")->required();
+  auto* pathOption = json->add_option("PATH", valuePath, "Print only this value, e.g. Flags[0].LocaleCode");
+  json->callback([action, pathOption] {
+    bool hasPath = pathOption->count() > 0;
+    *action = [hasPath] { return RunJson(path, valuePath, hasPath); };
+  });
+}
+
+}  // namespace tools
+}  // namespace vireline
