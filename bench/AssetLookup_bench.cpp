@@ -1,7 +1,9 @@
 // The asset lookups against the bare cost of their file tests: the same
-// candidate paths, mapped under the same device root, opened and closed with
-// the C library. A hit in the first candidate, and the full chain of a
-// missing asset that ends in the placeholder's last candidate.
+// candidate paths opened and closed with the C library at their host paths
+// under the same device root (Baseline), and through the platform layer by
+// device path, which adds the mapping onto the root (PlatformBaseline). A hit
+// in the first candidate, and the full chain of a missing asset that ends in
+// the placeholder's last candidate.
 #include <benchmark/benchmark.h>
 
 #include <stdlib.h>
