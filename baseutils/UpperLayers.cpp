@@ -8,6 +8,7 @@
 #include <vireline/BaseUtils.h>
 #include <vireline/CLogFile.h>
 #include <vireline/CSystem.h>
+#include <vireline/CSystemData.h>
 #include <vireline/LogEvents.h>
 #include <vireline/Platform.h>
 
@@ -44,15 +45,15 @@ void AppendCriticalError(const char* message) {
 
 void ConsultSettingsAfterAssert() { LTM::CSystem().AreCheatsEnabled(); }
 
-CString LocaleCode() { return "en-us"; }
+CString LocaleCode() { return CSystemData::Instance()->GetLocaleCode(); }
 
-void SetLocaleCode(const CString& /*code*/) {}
+void SetLocaleCode(const CString& code) { CSystemData::Instance()->SetLocaleCode(code); }
 
-CPath RootPath() { return "/QV/"; }
+CPath RootPath() { return CSystemData::Instance()->GetRootPath(); }
 
-CPath BasePath() { return "/QV/Base/"; }
+CPath BasePath() { return CSystemData::Instance()->GetBasePath(); }
 
-CPath DataPath() { return "/QV/Bulk/Data/"; }
+CPath DataPath() { return CSystemData::Instance()->GetDataPath(); }
 
 CString PlayerProfileName(int /*slot*/) { return CString(); }
 

@@ -22,5 +22,7 @@ run json /QV/Bulk/Data/LanguageSample.json Flags[1].LocaleCode
 run settings
 run deps /QV/Bulk/ProgramFiles/StoryTime
 run mfg show
+run paths
+run find art dragon.png --title /QV/Bulk/ProgramFiles/PetitChef --explain
 run log dump 0
 run log stats

@@ -41,6 +41,12 @@ void RegisterDepsCommand(CLI::App& program, Action* action);
 // `vireline log dump [SLOT|FILE] [--json]` and `vireline log stats`: the players' play logs.
 void RegisterLogCommand(CLI::App& program, Action* action);
 
+// `vireline paths [--json]`: every folder the library names, and the locale with its source.
+void RegisterPathsCommand(CLI::App& program, Action* action);
+
+// `vireline find KIND NAME [--title DIR] [--explain]`: the asset file a title gets, and every path tried.
+void RegisterFindCommand(CLI::App& program, Action* action);
+
 }  // namespace tools
 }  // namespace vireline
 

@@ -37,6 +37,8 @@ int main(int argc, char** argv) {
   vireline::tools::RegisterSettingsCommand(program, &action);
   vireline::tools::RegisterDepsCommand(program, &action);
   vireline::tools::RegisterLogCommand(program, &action);
+  vireline::tools::RegisterPathsCommand(program, &action);
+  vireline::tools::RegisterFindCommand(program, &action);
 
   try {
     program.parse(argc, argv);

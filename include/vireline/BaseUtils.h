@@ -135,6 +135,11 @@ class VIRELINE_EXPORT BaseUtils {
   CString mHotPlugDevicePath;
 };
 
+// Left by GetLanguages: whether the device locale's pack was found, and that
+// locale's two-letter language.
+extern VIRELINE_EXPORT bool gFoundFirstLanguage;
+extern VIRELINE_EXPORT CString gFirstLanguage;
+
 // Starts the timing log "timelog.txt" in the data folder (once per process).
 VIRELINE_EXPORT void timelogbegin();
 

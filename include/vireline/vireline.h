@@ -18,6 +18,7 @@
 #include <vireline/CProfileDscFile.h>
 #include <vireline/CSettingsCfgFile.h>
 #include <vireline/CSystem.h>
+#include <vireline/CSystemData.h>
 #include <vireline/CTimeSync.h>
 #include <vireline/Export.h>
 #include <vireline/LTMJson.h>

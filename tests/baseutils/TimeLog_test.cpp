@@ -60,6 +60,7 @@ TEST_F(TimeLogTest, ASecondBeginWhileOpenKeepsTheFirstOrigin) {
 }
 
 TEST_F(TimeLogTest, AnUnopenableLogSaysSoOnStandardError) {
+  CaptureDebugOutput();  // the data folder's getter is deprecated and says so in the debug output
   testing::internal::CaptureStderr();
   timelogbegin();  // the data folder does not exist
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "Erp, can't open log file\n");

@@ -1,0 +1,242 @@
+// Art, audio, video and fonts by bare file name: the most specific folder
+// first (the title, the locale's language pack, a country folder), the
+// universal language pack last, and a placeholder so a title always has
+// something to show or play.
+#include "systemdata/AssetLookup.h"
+
+#include <cstdio>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "platform/Env.h"
+#include "systemdata/SystemDataInternal.h"
+
+namespace vireline {
+namespace systemdata {
+namespace {
+
+// What each kind prints and falls back to; null for none.
+struct AssetRules {
+  const char* trace;
+  const char* notFound;
+  const char* placeholder;  // for audio, the stem: the asked name's extension is kept
+};
+
+const AssetRules& RulesOf(AssetKind kind) {
+  static const AssetRules kArt = {"CSystemData::FindArt( %s )\n", "CSystemData::FindArt not found %s\n",
+                                  "missingAsset.png"};
+  static const AssetRules kAudio = {"CSystemData::FindAudio( %s )\n",
+                                    "CSystemData::FindAudio unable to find audio file %s\n",
+                                    "h_BROM_AudioNotFoundSfx_6"};
+  static const AssetRules kVideo = {"CSystemData::FindVideo( %s )\n", "CSystemData::FindVideo not found %s\n",
+                                    nullptr};
+  static const AssetRules kFont = {"CSystemData::FindFont( %s )\n", "CSystemData::FindFont not found %s\n",
+                                   "QVCurry.ttf"};
+  static const AssetRules kBookAudio = {
+      "CSystemData::FindBookAudio( %s ), WARNING: make sure your title has a dependency on a book pack.\n",
+      nullptr, nullptr};
+  switch (kind) {
+    case AssetKind::kArt:
+      return kArt;
+    case AssetKind::kAudio:
+      return kAudio;
+    case AssetKind::kVideo:
+      return kVideo;
+    case AssetKind::kFont:
+      return kFont;
+    default:
+      return kBookAudio;
+  }
+}
+
+std::string_view Bytes(const CPath& text) { return text.raw(); }
+std::string_view Bytes(const char* text) { return text; }
+
+// Concatenates `parts` with a single allocation: a lookup builds up to 16 paths.
+template <typename... Parts>
+CPath Joined(const Parts&... parts) {
+  std::string path;
+  path.reserve((Bytes(parts).size() + ...));
+  (path.append(Bytes(parts)), ...);
+  return CPath(std::move(path));
+}
+
+// Tries candidates in order and remembers the one the probe accepted.
+class Search {
+ public:
+  explicit Search(const CandidateProbe& probe) : mProbe(probe) {}
+
+  // True when `path` was accepted (the search is then over).
+  bool Try(const CPath& path) {
+    if (!mProbe(path)) return false;
+    mFound = path;
+    return true;
+  }
+
+  const CPath& found() const { return mFound; }
+
+ private:
+  const CandidateProbe& mProbe;
+  CPath mFound;
+};
+
+// The locale's language and country as the lookups use them.
+struct LookupLocale {
+  CString language;
+  CString country;
+  CPath languagePack;  // root + "Bulk/LanguagePack_" + language + "/"
+};
+
+LookupLocale LocaleOf(CSystemData* data) {
+  CString locale = data->GetLocaleCode();
+  return {LanguageOf(locale), CountryOf(locale), LanguagePackFolder(data->GetRootPath(), locale)};
+}
+
+// English audio is recorded for three countries; every other English-speaking
+// country hears the British recording.
+void ApplyEnglishCountryRule(LookupLocale* locale) {
+  const std::string& country = locale->country.raw();
+  if (locale->language.raw() == "en" && country != "us" && country != "ca" && country != "gb") locale->country = "gb";
+}
+
+// A folder and file-name prefix for a country's own recordings ("Audio_gb/gb_").
+CPath CountryAudio(const CPath& folder, const CString& country) {
+  return Joined(folder, "Audio_", country, "/", country, "_");
+}
+
+// An audio name split at its last ".": ext keeps the dot; without one, ext is empty.
+struct AudioName {
+  CPath name;
+  CPath stem;
+  CPath ext;
+};
+
+AudioName SplitAudioName(const CPath& name) {
+  const std::string& bytes = name.raw();
+  size_t dot = bytes.rfind('.');
+  if (dot == std::string::npos) return {name, name, CPath()};
+  return {name, CPath(bytes.substr(0, dot)), CPath(bytes.substr(dot))};
+}
+
+bool SearchArt(CSystemData* data, const CPath& name, Search* search) {
+  LookupLocale locale = LocaleOf(data);
+  const CPath& pack = locale.languagePack;
+  return search->Try(Joined(pack, "Art_", locale.language, "/", name)) || search->Try(Joined(pack, "Art/", name)) ||
+         search->Try(Joined(data->GetLanguagePackPath(false), "Art/", name));
+}
+
+// Video paths carry a second "/" before the name: players and their playlists
+// were matched against paths of this form.
+bool SearchVideo(CSystemData* data, const CPath& name, Search* search) {
+  LookupLocale locale = LocaleOf(data);
+  const CPath& pack = locale.languagePack;
+  return search->Try(Joined(pack, "Video_", locale.language, "/", "/", name)) ||
+         search->Try(Joined(pack, "Video/", "/", name)) ||
+         search->Try(Joined(data->GetLanguagePackPath(false), "Video/", "/", name));
+}
+
+bool SearchFont(CSystemData* data, const CPath& name, Search* search) {
+  data->GetLocaleCode();  // fonts do not depend on it, but reading it keeps the locale current
+  CPath base = data->GetBasePath();
+  return search->Try(Joined(data->GetCurrentTitlePath(), "Fonts/", name)) ||
+         search->Try(Joined(data->GetLanguagePackPath(false), "Fonts/", name)) ||
+         search->Try(Joined(base, "Fonts/", name)) || search->Try(Joined(base, "MQDX/Fonts/", name));
+}
+
+// In each folder a WAV recording wins over the same name in another format.
+bool SearchAudioIn(const CPath& folder, const AudioName& audio, Search* search) {
+  if (audio.ext.raw() != ".wav" && search->Try(Joined(folder, audio.stem, ".wav"))) return true;
+  return search->Try(Joined(folder, audio.name));
+}
+
+bool SearchAudio(CSystemData* data, const AudioName& audio, Search* search) {
+  LookupLocale locale = LocaleOf(data);
+  ApplyEnglishCountryRule(&locale);
+  const CPath& pack = locale.languagePack;
+  return SearchAudioIn(Joined(data->GetCurrentTitlePath(), "Audio/"), audio, search) ||
+         SearchAudioIn(CountryAudio(pack, locale.country), audio, search) ||
+         SearchAudioIn(Joined(pack, "Audio/"), audio, search) ||
+         SearchAudioIn(Joined(data->GetLanguagePackPath(false), "Audio/"), audio, search);
+}
+
+bool SearchBookAudio(CSystemData* data, const CPath& name, Search* search) {
+  LookupLocale locale = LocaleOf(data);
+  ApplyEnglishCountryRule(&locale);
+  const CPath& pack = locale.languagePack;
+  CPath bookPack = Joined(data->GetRootPath(), "Bulk/BookPack_", locale.language);
+  return search->Try(Joined(CountryAudio(Joined(bookPack, "/"), locale.country), name)) ||
+         search->Try(Joined(bookPack, "/Audio/", name)) ||
+         search->Try(Joined(CountryAudio(pack, locale.country), name)) || search->Try(Joined(pack, "Audio/", name)) ||
+         search->Try(Joined(data->GetLanguagePackPath(false), "Audio/", name));
+}
+
+// The placeholder to look up after `name` was not found; empty when the kind
+// has none or `name` already is the placeholder.
+CPath PlaceholderFor(AssetKind kind, const CPath& name) {
+  const char* placeholder = RulesOf(kind).placeholder;
+  if (placeholder == nullptr) return CPath();
+  if (kind != AssetKind::kAudio) return name.raw() == placeholder ? CPath() : CPath(placeholder);
+  AudioName audio = SplitAudioName(name);
+  return audio.stem.raw() == placeholder ? CPath() : placeholder + audio.ext;
+}
+
+bool SearchCandidates(CSystemData* data, AssetKind kind, const CPath& name, Search* search) {
+  switch (kind) {
+    case AssetKind::kArt:
+      return SearchArt(data, name, search);
+    case AssetKind::kAudio:
+      return SearchAudio(data, SplitAudioName(name), search);
+    case AssetKind::kVideo:
+      return SearchVideo(data, name, search);
+    case AssetKind::kFont:
+      return SearchFont(data, name, search);
+    default:
+      return SearchBookAudio(data, name, search);
+  }
+}
+
+}  // namespace
+
+bool OpensForReading(const CPath& path) {
+  Env* env = Env::Current();
+  FILE* stream = nullptr;
+  if (!env->OpenStream(path.raw(), "r", &stream).ok()) return false;
+  env->CloseStream(stream);
+  return true;
+}
+
+CPath LookUpAsset(CSystemData* data, AssetKind kind, const CPath& name, const CandidateProbe& probe) {
+  const AssetRules& rules = RulesOf(kind);
+  DebugOut(5, rules.trace, name.c_str());
+  Search search(probe);
+  if (SearchCandidates(data, kind, name, &search)) return search.found();
+  if (rules.notFound != nullptr) DebugOut(1, rules.notFound, name.c_str());
+  CPath placeholder = PlaceholderFor(kind, name);
+  return placeholder.empty() ? CPath() : LookUpAsset(data, kind, placeholder, probe);
+}
+
+}  // namespace systemdata
+}  // namespace vireline
+
+using vireline::systemdata::AssetKind;
+using vireline::systemdata::LookUpAsset;
+using vireline::systemdata::OpensForReading;
+
+CPath CSystemData::FindArt(const CPath& name) { return LookUpAsset(this, AssetKind::kArt, name, OpensForReading); }
+
+CPath CSystemData::FindAudio(const CPath& name) {
+  return LookUpAsset(this, AssetKind::kAudio, name, OpensForReading);
+}
+
+CPath CSystemData::FindVideo(const CPath& name) {
+  return LookUpAsset(this, AssetKind::kVideo, name, OpensForReading);
+}
+
+CPath CSystemData::FindFont(const CPath& name) {
+  return LookUpAsset(this, AssetKind::kFont, name, OpensForReading);
+}
+
+CPath CSystemData::FindBookAudio(const CPath& name) {
+  return LookUpAsset(this, AssetKind::kBookAudio, name, OpensForReading);
+}
