@@ -2,10 +2,9 @@
 #include <vireline/CLogFile.h>
 
 #include <vireline/BaseUtils.h>
-#include <vireline/PkgPath.h>
+#include <vireline/CSystemData.h>
 #include <vireline/Platform.h>
 
-#include "baseutils/UpperLayers.h"
 #include "logging/LogDebug.h"
 #include "platform/Env.h"
 #include "platform/StreamAppend.h"
@@ -36,22 +35,14 @@ void CLogFile::Destroy() {
   mpInstance = nullptr;
 }
 
-CPath CLogFile::GetLogFilePath(tPlayerID slot) { return LogFolder(slot) + kLogFileName; }
-
-// STOPGAP until CSystemData is part of the library: the folder part of the
-// player's log file on volume 0, as CSystemData::GetDataProfileLogPath gives it.
-CPath CLogFile::LogFolder(tPlayerID slot) {
-  char file[512];
-  CPkgPathBase().GetProfileLogFile(file, sizeof file, static_cast<uint32_t>(slot) & 0xFF, 0);
-  std::string path(file);
-  size_t slash = path.rfind('/');
-  return slash == std::string::npos ? CPath() : CPath(path.substr(0, slash + 1));
+CPath CLogFile::GetLogFilePath(tPlayerID slot) {
+  return CSystemData::Instance()->GetDataProfileLogPath(slot) + kLogFileName;
 }
 
 CLogFile::CLogFile() : mByteCount(0), mCurrentProfile(kLoggingProfileNotSet), mFileName(kLogFileName) {
   for (int slot = 0; slot < kSlotCount; ++slot) {
     mFiles[slot] = nullptr;
-    mFolders[slot] = LogFolder(slot);
+    mFolders[slot] = CSystemData::Instance()->GetDataProfileLogPath(slot);
     mPaths[slot] = (mFolders[slot] + mFileName).raw();
   }
 }

@@ -8,10 +8,10 @@
 #include <vireline/BaseUtils.h>
 #include <vireline/CLogHeader.h>
 #include <vireline/CMetaInfo.h>
+#include <vireline/CSystemData.h>
 #include <vireline/CTimeSync.h>
 #include <vireline/LogEvents.h>
 
-#include "baseutils/UpperLayers.h"
 #include "logging/LogDebug.h"
 #include "platform/Env.h"
 
@@ -66,7 +66,7 @@ CTimeSync::tResetCode ResetCode(int64_t now) {
 // The firmware identity record, or null when the firmware's metadata is missing or invalid.
 CLogData* FirmwareDebugInfo() {
   BaseUtils::tPlatformType type = BaseUtils::Instance()->GetPlatformType();
-  LTM::CMetaInfo meta(vireline::upper::BasePath() + FirmwareFolder(type));
+  LTM::CMetaInfo meta(CSystemData::Instance()->GetBasePath() + FirmwareFolder(type));
   if (!meta.IsValid()) return nullptr;
   CString text = "Product Id = " + std::to_string(meta.GetProductId()) + "; Part Number = " +
                  meta.GetPartNumber() + "; Pkg Version = " + meta.GetPackageVersion();

@@ -78,7 +78,6 @@ class VIRELINE_EXPORT CLogFile {
   CLogFile(const CLogFile&) = delete;
   CLogFile& operator=(const CLogFile&) = delete;
 
-  static CPath LogFolder(tPlayerID slot);
   void OpenFiles();
   void CloseFiles();
 

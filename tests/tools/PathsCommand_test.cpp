@@ -100,6 +100,7 @@ TEST_F(PathsCommandTest, JsonHasEveryFolder) {
 
 TEST_F(PathsCommandTest, UnknownPlatformHasNoInventoryPackage) {
   WriteFile("/etc/vireline/platform.cfg", "Name=Prototype\n");
+  std::filesystem::remove_all(Host("/QV/Bulk/Data/Uploads/0"));  // the sample's play log lives there
   Json::Value json = ParseJson(Run("paths --json").out);
   EXPECT_EQ(json["manageInventory"]["path"].asString(), "/QV/Bulk/Data/Uploads/0/");
   EXPECT_TRUE(json["manageInventory"]["deviceType"].isNull());
