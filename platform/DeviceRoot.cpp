@@ -50,8 +50,22 @@ std::string GetDeviceRoot() {
   return root.empty() ? "/" : root;
 }
 
+// True when `path` is absolute and has no empty, "." or ".." component, so
+// normalizing would return it unchanged; lookups hit this on every open.
+bool IsNormalized(const std::string& path) {
+  if (path.empty() || path[0] != '/') return false;
+  for (size_t slash = 0; slash != std::string::npos; slash = path.find('/', slash + 1)) {
+    size_t next = path.find('/', slash + 1);
+    size_t length = (next == std::string::npos ? path.size() : next) - slash - 1;
+    if (length == 0 && next != std::string::npos) return false;
+    if (length == 1 && path[slash + 1] == '.') return false;
+    if (length == 2 && path[slash + 1] == '.' && path[slash + 2] == '.') return false;
+  }
+  return true;
+}
+
 std::string NormalizeDevicePath(const std::string& devicePath) {
-  if (devicePath.empty()) return devicePath;
+  if (devicePath.empty() || IsNormalized(devicePath)) return devicePath;
   std::vector<std::string> parts;
   size_t start = 0;
   while (start <= devicePath.size()) {

@@ -134,3 +134,11 @@ TEST_F(DeviceRootFiles, FileSystemSpaceIsReported) {
   ASSERT_TRUE(vireline::Env::Current()->StatFs("/", &info).ok());
   EXPECT_GT(info.blockSize, 0u);
 }
+
+TEST(NormalizeDevicePath, CollapsesEmptyAndDotComponentsAnywhere) {
+  EXPECT_EQ(NormalizeDevicePath("/QV//Base/./x"), "/QV/Base/x");
+  EXPECT_EQ(NormalizeDevicePath("/QV/Base/."), "/QV/Base");
+  EXPECT_EQ(NormalizeDevicePath("/QV/Base/.."), "/QV");
+  EXPECT_EQ(NormalizeDevicePath("/QV/Base/"), "/QV/Base/");
+  EXPECT_EQ(NormalizeDevicePath("/QV/.hidden/..x"), "/QV/.hidden/..x");
+}
