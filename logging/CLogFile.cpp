@@ -7,7 +7,6 @@
 
 #include "logging/LogDebug.h"
 #include "platform/Env.h"
-#include "platform/StreamAppend.h"
 
 using vireline::Env;
 
@@ -105,7 +104,7 @@ void CLogFile::Append(CLogData& record) {
   }
   FILE* file = nullptr;
   if (!Env::Current()->OpenStream(mPaths[mCurrentProfile], "rb+", &file).ok()) return;
-  vireline::AppendToStream(file, pack->GetBuffer(), pack->GetTotalSize());  // a failed write loses the record
+  vireline::Env::Current()->AppendToStream(file, pack->GetBuffer(), pack->GetTotalSize());  // a failed write loses the record
   Env::Current()->CloseStream(file);
 }
 

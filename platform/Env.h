@@ -54,6 +54,11 @@ class Env {
   // (MEMERASE); on a plain file standing in for one, writes 0xFF bytes.
   virtual Result EraseFlash(FILE* stream, uint32_t offset, uint32_t length) = 0;
 
+  // Writes `size` bytes at the end of the file open in `stream`, on which no
+  // I/O has been done yet, with one seek and one write: seeking a C stream to
+  // its end asks for the file size first, which doubles the cost of small logs.
+  virtual Result AppendToStream(FILE* stream, const void* data, size_t size) = 0;
+
   // Describes `path`, following links.
   virtual Result Stat(const std::string& path, FileInfo* info) = 0;
 
@@ -125,6 +130,7 @@ class EnvWrapper : public Env {
   Result CloseStream(FILE* stream) override;
   Result SyncStream(FILE* stream) override;
   Result EraseFlash(FILE* stream, uint32_t offset, uint32_t length) override;
+  Result AppendToStream(FILE* stream, const void* data, size_t size) override;
   Result Stat(const std::string& path, FileInfo* info) override;
   Result MakeDir(const std::string& path, uint32_t mode) override;
   Result RemoveDir(const std::string& path) override;

@@ -142,6 +142,10 @@ Result FaultInjectionEnv::EraseFlash(FILE* stream, uint32_t offset, uint32_t len
   return Guard(kErase, [&] { return target()->EraseFlash(Inner(stream), offset, length); });
 }
 
+Result FaultInjectionEnv::AppendToStream(FILE* stream, const void* data, size_t size) {
+  return Guard(kWrite, [&] { return target()->AppendToStream(Inner(stream), data, size); });
+}
+
 Result FaultInjectionEnv::Stat(const std::string& path, FileInfo* info) {
   return Guard(kStat, [&] { return target()->Stat(path, info); });
 }

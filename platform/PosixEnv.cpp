@@ -61,6 +61,21 @@ class PosixEnv : public Env {
     return OkUnless(::fsync(::fileno(stream)) != 0);
   }
 
+  Result AppendToStream(FILE* stream, const void* data, size_t size) override {
+    int fd = ::fileno(stream);
+    if (::lseek64(fd, 0, SEEK_END) < 0) return PosixError();
+    const char* bytes = static_cast<const char*>(data);
+    while (size > 0) {
+      ssize_t written = ::write(fd, bytes, size);
+      if (written < 0 && errno == EINTR) continue;
+      if (written < 0) return PosixError();
+      if (written == 0) return Result::Error(EIO);
+      bytes += written;
+      size -= static_cast<size_t>(written);
+    }
+    return Result::Ok();
+  }
+
   Result EraseFlash(FILE* stream, uint32_t offset, uint32_t length) override {
     if (std::fflush(stream) != 0) return PosixError();
     int fd = ::fileno(stream);

@@ -49,7 +49,9 @@ out=$(LD_LIBRARY_PATH="$lib_dir" "$work/client/build/client")
 
 # Only the public interface leaves the library.
 exported=$(nm -D --defined-only -C "$lib_dir/libvireline.so")
-echo "$exported" | grep -q 'CPkgPathBase::GetPackageDir' || { echo "public class not exported"; exit 1; }
-if echo "$exported" | grep -q 'vireline::Env'; then echo "internal platform symbols exported"; exit 1; fi
-readelf -d "$lib_dir/libvireline.so" | grep -q 'SONAME.*libvireline.so.0' || { echo "no SONAME"; exit 1; }
+# Here-strings, not pipes: grep -q stops reading early, and under pipefail the
+# writer's broken pipe would fail the check at random.
+grep -q 'CPkgPathBase::GetPackageDir' <<<"$exported" || { echo "public class not exported"; exit 1; }
+if grep -q 'vireline::Env' <<<"$exported"; then echo "internal platform symbols exported"; exit 1; fi
+grep -q 'SONAME.*libvireline.so.0' <<<"$(readelf -d "$lib_dir/libvireline.so")" || { echo "no SONAME"; exit 1; }
 echo "installed client built with pkg-config and CMake; only the public interface is exported"

@@ -1,17 +1,14 @@
-// Appending to an open stream: at the end of a plain file through its
-// descriptor, and through the C library on a test double's stream.
-#include "platform/StreamAppend.h"
-
+// Appending to an open stream at the end of its file, directly and through
+// the fault-injecting platform.
 #include <gtest/gtest.h>
 
 #include "DeviceRootTest.h"
 #include "platform/Env.h"
 #include "platform/FaultInjectionEnv.h"
 
-using vireline::AppendToStream;
 using vireline::Env;
 
-class StreamAppendTest : public DeviceRootTest {
+class AppendToStreamTest : public DeviceRootTest {
  protected:
   FILE* Open(const char* path) {
     FILE* stream = nullptr;
@@ -20,46 +17,46 @@ class StreamAppendTest : public DeviceRootTest {
   }
 };
 
-TEST_F(StreamAppendTest, WritesAtTheEndOfAPlainFile) {
+TEST_F(AppendToStreamTest, WritesAtTheEndOfAPlainFile) {
   WriteFile("/log.bin", "start");
   FILE* stream = Open("/log.bin");
   ASSERT_NE(stream, nullptr);
-  EXPECT_TRUE(AppendToStream(stream, "+more", 5).ok());
-  EXPECT_TRUE(AppendToStream(stream, "!", 1).ok());
+  EXPECT_TRUE(Env::Current()->AppendToStream(stream, "+more", 5).ok());
+  EXPECT_TRUE(Env::Current()->AppendToStream(stream, "!", 1).ok());
   Env::Current()->CloseStream(stream);
   EXPECT_EQ(ReadFile("/log.bin"), "start+more!");
 }
 
-TEST_F(StreamAppendTest, WritesAtTheEndThroughATestDoublesStream) {
+TEST_F(AppendToStreamTest, WritesAtTheEndThroughATestDoublesStream) {
   vireline::FaultInjectionEnv env(Env::Default());
   Env::SetCurrent(&env);
   WriteFile("/log.bin", "start");
   FILE* stream = Open("/log.bin");
   ASSERT_NE(stream, nullptr);
-  EXPECT_TRUE(AppendToStream(stream, "+more", 5).ok());
+  EXPECT_TRUE(Env::Current()->AppendToStream(stream, "+more", 5).ok());
   Env::Current()->CloseStream(stream);
   EXPECT_EQ(ReadFile("/log.bin"), "start+more");
 }
 
-TEST_F(StreamAppendTest, AFailingWriteIsReported) {
+TEST_F(AppendToStreamTest, AFailingWriteIsReported) {
   vireline::FaultInjectionEnv env(Env::Default());
   Env::SetCurrent(&env);
   WriteFile("/log.bin", "start");
   FILE* stream = Open("/log.bin");
   ASSERT_NE(stream, nullptr);
   env.FailAfter(vireline::FaultInjectionEnv::kWrite, 0, ENOSPC);
-  vireline::Result result = AppendToStream(stream, "+more", 5);
+  vireline::Result result = Env::Current()->AppendToStream(stream, "+more", 5);
   EXPECT_FALSE(result.ok());
   env.Reset();
   Env::Current()->CloseStream(stream);
   EXPECT_EQ(ReadFile("/log.bin"), "start");
 }
 
-TEST_F(StreamAppendTest, AReadOnlyStreamCannotBeAppendedTo) {
+TEST_F(AppendToStreamTest, AReadOnlyStreamCannotBeAppendedTo) {
   WriteFile("/log.bin", "start");
   FILE* stream = nullptr;
   ASSERT_TRUE(Env::Current()->OpenStream("/log.bin", "rb", &stream).ok());
-  EXPECT_FALSE(AppendToStream(stream, "x", 1).ok());
+  EXPECT_FALSE(Env::Current()->AppendToStream(stream, "x", 1).ok());
   Env::Current()->CloseStream(stream);
   EXPECT_EQ(ReadFile("/log.bin"), "start");
 }
