@@ -23,17 +23,14 @@
 #include <vireline/CJSonFile.h>
 #include <vireline/Platform.h>
 
+#include "BenchSupport.h"
+
 namespace {
 
 // A device root of its own with "/QV/Bulk/Data/Milestones.json" (about 2 KiB) in it.
 struct BenchFiles {
   BenchFiles() {
-    const char* chosen = std::getenv("VIRELINE_BENCH_DIR");
-    std::string base = chosen && *chosen ? chosen : (std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "/tmp");
-    std::string pattern = base + "/vireline-bench-XXXXXX";
-    if (mkdtemp(&pattern[0]) == nullptr) std::abort();
-    root = pattern;
-    vireline::SetDeviceRoot(root);
+    root = benchsupport::MakeDeviceRoot();
     folder = root + "/QV/Bulk/Data";
     hostPath = folder + "/Milestones.json";
     std::filesystem::create_directories(folder);
@@ -103,21 +100,7 @@ bool PlainLoad(const std::string& path, Json::Value* root) {
 }
 
 bool PlainReplace(const std::string& text, const std::string& path, const std::string& folder) {
-  std::string temporary = path + ".tmp";
-  FILE* out = std::fopen(temporary.c_str(), "w");
-  if (out == nullptr) return false;
-  bool ok = std::fprintf(out, "%s\n", text.c_str()) >= 0;
-  ok = ok && std::fflush(out) == 0 && fsync(fileno(out)) == 0;
-  ok = std::fclose(out) == 0 && ok;
-  if (!ok || std::rename(temporary.c_str(), path.c_str()) != 0) {
-    std::remove(temporary.c_str());
-    return false;
-  }
-  int dir = open(folder.c_str(), O_RDONLY | O_DIRECTORY);
-  if (dir < 0) return false;
-  ok = fsync(dir) == 0;
-  close(dir);
-  return ok;
+  return benchsupport::PlainReplace(path, folder, [&](FILE* out) { return std::fprintf(out, "%s\n", text.c_str()) >= 0; });
 }
 
 void BM_Baseline_JsonCppLoadChangeReplace(benchmark::State& state) {

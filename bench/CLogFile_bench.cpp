@@ -20,6 +20,8 @@
 #include <vireline/LogEvents.h>
 #include <vireline/Platform.h>
 
+#include "BenchSupport.h"
+
 namespace {
 
 const int kRefill = 20000;  // appends of 15 bytes stay well below the 1,024,000-byte cap
@@ -27,12 +29,7 @@ const int kRefill = 20000;  // appends of 15 bytes stay well below the 1,024,000
 // A device root of its own with the players' log files in it.
 struct BenchLogs {
   BenchLogs() {
-    const char* chosen = std::getenv("VIRELINE_BENCH_DIR");
-    std::string base = chosen && *chosen ? chosen : (std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "/tmp");
-    std::string pattern = base + "/vireline-bench-XXXXXX";
-    if (mkdtemp(&pattern[0]) == nullptr) std::abort();
-    root = pattern;
-    vireline::SetDeviceRoot(root);
+    root = benchsupport::MakeDeviceRoot();
     std::filesystem::create_directories(root + "/etc/vireline");
     FILE* identity = std::fopen((root + "/etc/vireline/platform.cfg").c_str(), "w");
     std::fputs("Name=Tamsel\n", identity);

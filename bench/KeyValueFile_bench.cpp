@@ -20,6 +20,8 @@
 #include <vireline/CFileIO.h>
 #include <vireline/Platform.h>
 
+#include "BenchSupport.h"
+
 namespace {
 
 const int kKeys = 40;
@@ -28,12 +30,7 @@ const size_t kLineSize = 256;
 // A device root of its own with "/QV/Bulk/ProgramFiles/Zoo/meta.inf" in it.
 struct BenchFiles {
   BenchFiles() {
-    const char* chosen = std::getenv("VIRELINE_BENCH_DIR");
-    std::string base = chosen && *chosen ? chosen : (std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "/tmp");
-    std::string pattern = base + "/vireline-bench-XXXXXX";
-    if (mkdtemp(&pattern[0]) == nullptr) std::abort();
-    root = pattern;
-    vireline::SetDeviceRoot(root);
+    root = benchsupport::MakeDeviceRoot();
     folder = root + "/QV/Bulk/ProgramFiles/Zoo";
     hostPath = folder + "/meta.inf";
     std::filesystem::create_directories(folder);
@@ -121,22 +118,12 @@ void PlainRead(PlainTable& table, const char* path) {
 }
 
 bool PlainReplace(const PlainTable& table, const std::string& path, const std::string& folder) {
-  std::string temporary = path + ".tmp";
-  FILE* out = std::fopen(temporary.c_str(), "w");
-  if (out == nullptr) return false;
-  bool ok = true;
-  for (int i = 0; i < table.count; ++i) ok = ok && std::fputs(table.lines[i], out) >= 0;
-  ok = ok && std::fflush(out) == 0 && fsync(fileno(out)) == 0;
-  ok = std::fclose(out) == 0 && ok;
-  if (!ok || std::rename(temporary.c_str(), path.c_str()) != 0) {
-    std::remove(temporary.c_str());
-    return false;
-  }
-  int dir = open(folder.c_str(), O_RDONLY | O_DIRECTORY);
-  if (dir < 0) return false;
-  ok = fsync(dir) == 0;
-  close(dir);
-  return ok;
+  return benchsupport::PlainReplace(path, folder, [&](FILE* out) {
+    for (int i = 0; i < table.count; ++i) {
+      if (std::fputs(table.lines[i], out) < 0) return false;
+    }
+    return true;
+  });
 }
 
 void BM_Baseline_FgetsReplace(benchmark::State& state) {
