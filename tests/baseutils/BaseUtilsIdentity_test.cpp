@@ -78,26 +78,28 @@ TEST_F(BaseUtilsIdentityTest, PlatformNameComesStraightFromThePlatform) {
   EXPECT_EQ(BaseUtils::Instance()->GetPlatformName(), "TARVESSA");
 }
 
-TEST_F(BaseUtilsIdentityTest, EachKnownNameGivesItsType) {
-  const struct {
-    const char* name;
-    BaseUtils::tPlatformType type;
-  } cases[] = {{"Zanto", BaseUtils::kPlatformZanto},   {"Tamsel", BaseUtils::kPlatformTamsel},
-               {"Oskava", BaseUtils::kPlatformOskava}, {"MIRA", BaseUtils::kPlatformMira},
-               {"TARVESSA", BaseUtils::kPlatformTarvessa}};
-  for (const auto& c : cases) {
-    // The type is cached for the process, so each name is checked in a child.
-    EXPECT_EXIT(
-        {
-          SetPlatform(c.name, 9, 0);
-          exit(BaseUtils::Instance()->GetPlatformType() == c.type && BaseUtils::Instance()->IsPlatformType(c.type)
-                   ? 0
-                   : 1);
-        },
-        ::testing::ExitedWithCode(0), "")
-        << c.name;
-  }
+struct KnownPlatform {
+  const char* name;
+  BaseUtils::tPlatformType type;
+};
+
+// One test per name: the type is cached for the process, and each test runs in its own.
+class BaseUtilsPlatformTypeTest : public BaseUtilsIdentityTest,
+                                  public ::testing::WithParamInterface<KnownPlatform> {};
+
+TEST_P(BaseUtilsPlatformTypeTest, EachKnownNameGivesItsType) {
+  SetPlatform(GetParam().name, 9, 0);
+  EXPECT_EQ(BaseUtils::Instance()->GetPlatformType(), GetParam().type);
+  EXPECT_TRUE(BaseUtils::Instance()->IsPlatformType(GetParam().type));
 }
+
+INSTANTIATE_TEST_SUITE_P(Names, BaseUtilsPlatformTypeTest,
+                         ::testing::Values(KnownPlatform{"Zanto", BaseUtils::kPlatformZanto},
+                                           KnownPlatform{"Tamsel", BaseUtils::kPlatformTamsel},
+                                           KnownPlatform{"Oskava", BaseUtils::kPlatformOskava},
+                                           KnownPlatform{"MIRA", BaseUtils::kPlatformMira},
+                                           KnownPlatform{"TARVESSA", BaseUtils::kPlatformTarvessa}),
+                         [](const ::testing::TestParamInfo<KnownPlatform>& info) { return std::string(info.param.name); });
 
 TEST_F(BaseUtilsIdentityTest, AKnownTypeIsCachedForTheProcess) {
   SetPlatform("MIRA", 4, 1);
