@@ -22,10 +22,10 @@ const long kMaxDocumentSize = 256L * 1024 * 1024;
 // What a newly created document file holds: an empty object, CR, LF.
 const char kDefaultContent[] = "{}\r\n";
 
-// The text is split so that the raw-call check does not take "open (" for a call.
+// Every Load failure prints the same sentence with its own reason.
 void PrintLoadFailure(int level, const char* reason, const Glib::ustring& path) {
-  PlatformDebug(kDebugModule).DebugOut(level, "CJSonFile::Load() failed to open "
-                                       "(%s) mRsrcPath = %s\n", reason, path.c_str());
+  PlatformDebug(kDebugModule).DebugOut(level, "CJSonFile::Load() failed to open (%s) mRsrcPath = %s\n", reason,
+                                       path.c_str());
 }
 
 // A silent attempt: a failure shows when the file is opened again for reading.
