@@ -7,11 +7,11 @@
 
 #include <vireline/Platform.h>
 
+#include "baseutils/DebugModules.h"
 #include "baseutils/UpperLayers.h"
 
 namespace {
 
-const int kDebugModule = 0x281;
 const size_t kMessageSize = 2048;
 
 // An assertion raised while another one is being logged (the play log's own
@@ -38,7 +38,7 @@ void BaseUtils::Assert(int condition, const char* file, int line, const char* fo
   size_t length = used < 0 ? 0 : std::strlen(message);
   snprintf(message + length, sizeof message - length, " (line %d in %s)", line, file);
   LogCriticalError(message);
-  PlatformDebug(kDebugModule).Assert(false, "%s", message);
+  PlatformDebug(vireline::kDataObjectsDebugModule).Assert(false, "%s", message);
 }
 
 void BaseUtils::SetupTrace(uint32_t mask, bool enable) {
@@ -47,7 +47,7 @@ void BaseUtils::SetupTrace(uint32_t mask, bool enable) {
 }
 
 void BaseUtils::TraceEx(unsigned int traceId, const char* format, ...) {
-  PlatformDebug debug(kDebugModule);
+  PlatformDebug debug(vireline::kDataObjectsDebugModule);
   if (traceId > 63) {
     debug.DebugOut(1, "Trace Error: traceId must be in the range 0-63; trace will not be displayed");
     return;
@@ -71,5 +71,5 @@ void BaseUtils::Trace(const char* format, ...) {
   va_start(args, format);
   vsnprintf(message, sizeof message, format, args);
   va_end(args);
-  PlatformDebug(kDebugModule).DebugOut(1, "%s", message);
+  PlatformDebug(vireline::kDataObjectsDebugModule).DebugOut(1, "%s", message);
 }

@@ -5,9 +5,10 @@
 #include <vireline/CMfgData.h>
 #include <vireline/Platform.h>
 
+#include "baseutils/DebugModules.h"
+
 namespace {
 
-const int kDebugModule = 0x281;
 const char kNoSerialNumber[] = "00000000000000000000";
 
 // Process-wide caches; -1 and kPlatformUnknown mean "not looked up yet".
@@ -46,14 +47,14 @@ CString BaseUtils::GetZantoSerialNumber() { return GetSerialNumber(); }
 
 bool BaseUtils::HasTouchScreen() {
   bool touch = PlatformIdentity::HasPlatformCapability(kPlatformCapabilityTouchScreen);
-  PlatformDebug(kDebugModule).DebugOut(3, "HasTouchScreen: %d\n", touch ? 1 : 0);
+  PlatformDebug(vireline::kDataObjectsDebugModule).DebugOut(3, "HasTouchScreen: %d\n", touch ? 1 : 0);
   return touch;
 }
 
 int BaseUtils::GetPlatformID() {
   if (gPlatformId == -1) {
     gPlatformId = PlatformIdentity::GetPlatformID();
-    PlatformDebug(kDebugModule).DebugOut(3, "GetPlatformID: %d\n", gPlatformId);
+    PlatformDebug(vireline::kDataObjectsDebugModule).DebugOut(3, "GetPlatformID: %d\n", gPlatformId);
   }
   return gPlatformId;
 }

@@ -12,12 +12,13 @@
 #include <vireline/LogEvents.h>
 #include <vireline/Platform.h>
 
+#include "baseutils/DebugModules.h"
+
 namespace vireline {
 namespace upper {
 
 namespace {
 
-const int kDebugModule = 0x281;
 const size_t kVersionTextSize = 64;
 const char kVersionDelimiters[] = ".-_";
 
@@ -79,7 +80,7 @@ bool HasDoomPackage(const CPath& folder) {
 }
 
 void RequestPackageQVC(const CString& id, const CString& version) {
-  PlatformDebug(kDebugModule).DebugOut(2, "RequestPackageQVC: %s %s\n", id.c_str(), version.c_str());
+  PlatformDebug(kDataObjectsDebugModule).DebugOut(2, "RequestPackageQVC: %s %s\n", id.c_str(), version.c_str());
 }
 
 }  // namespace upper

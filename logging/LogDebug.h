@@ -7,10 +7,12 @@
 
 #include <vireline/Platform.h>
 
+#include "baseutils/DebugModules.h"
+
 namespace vireline {
 
 // The debug module the play log speaks for.
-const int kLogDebugModule = 0x281;
+const int kLogDebugModule = kDataObjectsDebugModule;
 
 // Writes a fatal logging message at level 3 through a temporary debug object.
 inline void LogDebug(const char* format, ...) __attribute__((format(printf, 1, 2)));

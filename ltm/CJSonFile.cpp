@@ -6,12 +6,12 @@
 
 #include <vireline/Platform.h>
 
+#include "baseutils/DebugModules.h"
 #include "platform/DeviceStream.h"
 
 namespace LTM {
 namespace {
 
-const int kDebugModule = 0x281;
 const U32 kLoadFailed = 1;
 const U32 kSaveFailed = 0x10001005;
 
@@ -24,8 +24,8 @@ const char kDefaultContent[] = "{}\r\n";
 
 // Every Load failure prints the same sentence with its own reason.
 void PrintLoadFailure(int level, const char* reason, const Glib::ustring& path) {
-  PlatformDebug(kDebugModule).DebugOut(level, "CJSonFile::Load() failed to open (%s) mRsrcPath = %s\n", reason,
-                                       path.c_str());
+  PlatformDebug(vireline::kDataObjectsDebugModule)
+      .DebugOut(level, "CJSonFile::Load() failed to open (%s) mRsrcPath = %s\n", reason, path.c_str());
 }
 
 // A silent attempt: a failure shows when the file is opened again for reading.

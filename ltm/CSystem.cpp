@@ -5,6 +5,7 @@
 #include <vireline/BaseUtils.h>
 #include <vireline/Platform.h>
 
+#include "baseutils/DebugModules.h"
 #include "baseutils/UpperLayers.h"
 #include "ltm/StreamExtraction.h"
 #include "platform/DeviceStream.h"
@@ -12,10 +13,6 @@
 namespace LTM {
 namespace {
 
-const int kDataObjectsModule = 0x281;
-const int kMasterLevelModule = 0x280;
-const int kDeprecationLevel = 5;
-const char kDeprecationWarning[] = "WARNING:  Use of a deprecated function: %s\n";
 
 const char kKeyCurrentPlayer[] = "CurrProfile";
 const char kKeyRestartPlayer[] = "RestartAsPlayerID";
@@ -45,9 +42,7 @@ CSettingsCfgFile* CopySettingsFile(const CSettingsCfgFile* source) {
   return source != nullptr ? new CSettingsCfgFile(*source) : nullptr;
 }
 
-void WarnDeprecated(const char* signature) {
-  PlatformDebug(kDataObjectsModule).DebugOut(kDeprecationLevel, kDeprecationWarning, signature);
-}
+void WarnDeprecated(const char* signature) { vireline::WarnDeprecated(vireline::kDataObjectsDebugModule, signature); }
 
 // "On" only for exactly 1: older firmware wrote other values that mean off.
 bool HoldsOne(const CSettingsCfgFile* settings, const char* key) {
@@ -175,7 +170,7 @@ int CSystem::SetFRDebugLevel(unsigned long level) {
     std::fflush(file);
     fcloseAtomic(file);  // an unwritable file is not reported: the level below still applies
   }
-  PlatformDebug(kMasterLevelModule).SetMasterDebugLevel(static_cast<int>(level));
+  PlatformDebug(vireline::kMasterLevelDebugModule).SetMasterDebugLevel(static_cast<int>(level));
   return 0;
 }
 

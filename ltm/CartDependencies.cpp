@@ -9,6 +9,7 @@
 #include <vireline/BaseUtils.h>
 #include <vireline/Platform.h>
 
+#include "baseutils/DebugModules.h"
 #include "baseutils/UpperLayers.h"
 #include "ltm/CartDependencyTables.h"
 #include "ltm/StreamExtraction.h"
@@ -17,7 +18,6 @@
 namespace LTM {
 namespace {
 
-const int kDataObjectsModule = 0x281;
 const int kFileErrorLevel = 2;
 
 const char kKeyDepends[] = "Depends";
@@ -94,7 +94,7 @@ U32 CMetaInfo::CheckCartDependencies() const {
   bool sawLanguagePack = false;
   for (size_t i = 0; i < depends.size(); i += 2) {
     if (i + 1 == depends.size()) {
-      PlatformDebug(kDataObjectsModule).DebugOut(kFileErrorLevel, "Missing Version for Depends %s\n",
+      PlatformDebug(vireline::kDataObjectsDebugModule).DebugOut(kFileErrorLevel, "Missing Version for Depends %s\n",
                                                  depends[i].c_str());
       break;
     }

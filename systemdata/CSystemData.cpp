@@ -47,9 +47,7 @@ void DebugOut(int level, const char* format, ...) {
   va_end(args);
 }
 
-void WarnDeprecated(const char* signature) {
-  DebugOut(5, "WARNING:  Use of a deprecated function: %s\n", signature);
-}
+void WarnDeprecated(const char* signature) { vireline::WarnDeprecated(kDebugModule, signature); }
 
 CPath SlashEnded(const CPath& path) {
   const std::string& bytes = path.raw();

@@ -6,12 +6,13 @@
 
 #include <vireline/Types.h>
 
+#include "baseutils/DebugModules.h"
+
 namespace vireline {
 namespace systemdata {
 
-// The debug channel of the system paths. It has its own number so that
-// raising it to level 5 shows its traces without opening the data objects' one.
-const int kDebugModule = 0x282;
+// The debug channel of the system paths.
+const int kDebugModule = kSystemPathsDebugModule;
 
 // Emits a message on the system paths' channel.
 void DebugOut(int level, const char* format, ...) __attribute__((format(printf, 2, 3)));
