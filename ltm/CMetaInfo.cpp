@@ -98,8 +98,24 @@ U32 CMetaInfo::GetDependencies(char**& out) const {
   return mpRecord->file != nullptr ? mpRecord->file->GetDependencies(out) : 0;
 }
 
-U32 CMetaInfo::GetProfileAccess(U32*& out) const {
-  return mpRecord->file != nullptr ? mpRecord->file->GetProfileAccess(out) : 0;
+// The list is 32-bit in the file; clients get `unsigned long` items, which are
+// wider on 64-bit desktops, so the items are copied into an array of their own.
+U32 CMetaInfo::GetProfileAccess(unsigned long*& out) const {
+  out = nullptr;
+  if (mpRecord->file == nullptr) return 0;
+  U32* items = nullptr;
+  U32 count = mpRecord->file->GetProfileAccess(items);
+  if (count != 0 && items != nullptr) {
+    const U32 kMaxItems = 0x7FFFFFFF / sizeof(unsigned long);
+    if (count > kMaxItems) count = 0;
+    if (count != 0) {
+      out = static_cast<unsigned long*>(COrvoInterface::Malloc(static_cast<int32_t>(count * sizeof(unsigned long))));
+    }
+    if (out == nullptr) count = 0;
+    for (U32 i = 0; i < count; ++i) out[i] = items[i];
+  }
+  COrvoInterface::Free(items);
+  return out != nullptr ? count : 0;
 }
 
 // Setters: mark the object changed first, then set through the file object.
@@ -124,9 +140,12 @@ VIRELINE_SETTER(SetHidden, bool, value)
 
 #undef VIRELINE_SETTER
 
-bool CMetaInfo::SetProfileAccess(const U32* profiles, U32 count) {
+bool CMetaInfo::SetProfileAccess(const unsigned long* profiles, unsigned long count) {
   mpRecord->changed = 1;
-  return mpRecord->file == nullptr || mpRecord->file->SetProfileAccess(profiles, count);
+  if (mpRecord->file == nullptr) return true;
+  std::vector<U32> items;
+  if (profiles != nullptr) items.assign(profiles, profiles + count);
+  return mpRecord->file->SetProfileAccess(items.empty() ? nullptr : items.data(), static_cast<U32>(items.size()));
 }
 
 U32 CMetaInfo::GetTagInt(const Glib::ustring& key) const {

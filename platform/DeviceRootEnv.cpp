@@ -21,6 +21,9 @@ Result DeviceRootEnv::OpenStream(const std::string& path, const char* mode, FILE
 Result DeviceRootEnv::Stat(const std::string& path, FileInfo* info) {
   return target()->Stat(MapDevicePath(path), info);
 }
+Result DeviceRootEnv::LinkStat(const std::string& path, FileInfo* info) {
+  return target()->LinkStat(MapDevicePath(path), info);
+}
 Result DeviceRootEnv::MakeDir(const std::string& path, uint32_t mode) {
   return target()->MakeDir(MapDevicePath(path), mode);
 }

@@ -13,6 +13,7 @@ class DeviceRootEnv : public EnvWrapper {
 
   Result OpenStream(const std::string& path, const char* mode, FILE** stream) override;
   Result Stat(const std::string& path, FileInfo* info) override;
+  Result LinkStat(const std::string& path, FileInfo* info) override;
   Result MakeDir(const std::string& path, uint32_t mode) override;
   Result RemoveDir(const std::string& path) override;
   Result RemoveFile(const std::string& path) override;

@@ -23,6 +23,11 @@ bool PathExists(const std::string& path) {
   return Env::Current()->Stat(path, &info).ok();
 }
 
+bool IsSymbolicLink(const std::string& path) {
+  FileInfo info;
+  return Env::Current()->LinkStat(path, &info).ok() && info.type == FileType::kSymbolicLink;
+}
+
 Result EnvWrapper::OpenStream(const std::string& path, const char* mode, FILE** stream) {
   return mTarget->OpenStream(path, mode, stream);
 }
@@ -36,6 +41,7 @@ Result EnvWrapper::AppendToStream(FILE* stream, const void* data, size_t size) {
   return mTarget->AppendToStream(stream, data, size);
 }
 Result EnvWrapper::Stat(const std::string& path, FileInfo* info) { return mTarget->Stat(path, info); }
+Result EnvWrapper::LinkStat(const std::string& path, FileInfo* info) { return mTarget->LinkStat(path, info); }
 Result EnvWrapper::MakeDir(const std::string& path, uint32_t mode) { return mTarget->MakeDir(path, mode); }
 Result EnvWrapper::RemoveDir(const std::string& path) { return mTarget->RemoveDir(path); }
 Result EnvWrapper::RemoveFile(const std::string& path) { return mTarget->RemoveFile(path); }

@@ -14,7 +14,7 @@
 
 namespace vireline {
 
-enum class FileType { kRegular, kDirectory, kOther };
+enum class FileType { kRegular, kDirectory, kSymbolicLink, kOther };
 
 struct FileInfo {
   FileType type = FileType::kOther;
@@ -61,6 +61,10 @@ class Env {
 
   // Describes `path`, following links.
   virtual Result Stat(const std::string& path, FileInfo* info) = 0;
+
+  // Describes `path` itself: a symbolic link is reported as kSymbolicLink,
+  // so that walks which remove or read whole trees do not follow link loops.
+  virtual Result LinkStat(const std::string& path, FileInfo* info) = 0;
 
   // Creates one folder with permission bits `mode`.
   virtual Result MakeDir(const std::string& path, uint32_t mode) = 0;
@@ -132,6 +136,7 @@ class EnvWrapper : public Env {
   Result EraseFlash(FILE* stream, uint32_t offset, uint32_t length) override;
   Result AppendToStream(FILE* stream, const void* data, size_t size) override;
   Result Stat(const std::string& path, FileInfo* info) override;
+  Result LinkStat(const std::string& path, FileInfo* info) override;
   Result MakeDir(const std::string& path, uint32_t mode) override;
   Result RemoveDir(const std::string& path) override;
   Result RemoveFile(const std::string& path) override;
@@ -157,6 +162,9 @@ class EnvWrapper : public Env {
 
 // Convenience: true when `path` exists.
 bool PathExists(const std::string& path);
+
+// Convenience: true when `path` is itself a symbolic link (whatever it points to).
+bool IsSymbolicLink(const std::string& path);
 
 }  // namespace vireline
 

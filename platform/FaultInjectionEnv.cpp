@@ -150,6 +150,10 @@ Result FaultInjectionEnv::Stat(const std::string& path, FileInfo* info) {
   return Guard(kStat, [&] { return target()->Stat(path, info); });
 }
 
+Result FaultInjectionEnv::LinkStat(const std::string& path, FileInfo* info) {
+  return Guard(kStat, [&] { return target()->LinkStat(path, info); });
+}
+
 Result FaultInjectionEnv::MakeDir(const std::string& path, uint32_t mode) {
   return Guard(kMakeDir, [&] { return target()->MakeDir(path, mode); });
 }

@@ -57,6 +57,7 @@ class FaultInjectionEnv : public EnvWrapper {
   Result EraseFlash(FILE* stream, uint32_t offset, uint32_t length) override;
   Result AppendToStream(FILE* stream, const void* data, size_t size) override;
   Result Stat(const std::string& path, FileInfo* info) override;
+  Result LinkStat(const std::string& path, FileInfo* info) override;
   Result MakeDir(const std::string& path, uint32_t mode) override;
   Result RemoveDir(const std::string& path) override;
   Result RemoveFile(const std::string& path) override;

@@ -29,6 +29,7 @@ Result OkUnless(bool failed) { return failed ? PosixError() : Result::Ok(); }
 FileType TypeOf(mode_t mode) {
   if (S_ISREG(mode)) return FileType::kRegular;
   if (S_ISDIR(mode)) return FileType::kDirectory;
+  if (S_ISLNK(mode)) return FileType::kSymbolicLink;
   return FileType::kOther;
 }
 
@@ -91,6 +92,15 @@ class PosixEnv : public Env {
   Result Stat(const std::string& path, FileInfo* info) override {
     struct stat64 st;
     if (::stat64(path.c_str(), &st) != 0) return PosixError();
+    info->type = TypeOf(st.st_mode);
+    info->size = static_cast<uint64_t>(st.st_size);
+    info->mode = static_cast<uint32_t>(st.st_mode & 07777);
+    return Result::Ok();
+  }
+
+  Result LinkStat(const std::string& path, FileInfo* info) override {
+    struct stat64 st;
+    if (::lstat64(path.c_str(), &st) != 0) return PosixError();
     info->type = TypeOf(st.st_mode);
     info->size = static_cast<uint64_t>(st.st_size);
     info->mode = static_cast<uint32_t>(st.st_mode & 07777);

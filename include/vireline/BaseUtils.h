@@ -42,6 +42,14 @@ class VIRELINE_EXPORT BaseUtils {
     kPlatformTarvessa = 5
   };
 
+  // Commands of the system daemon's control socket; 1 and 4 exist but have no wrapper here.
+  enum qvd_command {
+    kQvdGetVolume = 0,
+    kQvdGetBrightness = 2,
+    kQvdSetBrightness = 3,
+    kQvdSetRtcTime = 5
+  };
+
   // Called with each entry's full device path and the walk's context; 0 stops the walk.
   typedef unsigned char (*tEnumFolderCallback)(const CPath& path, void* context);
 
@@ -121,7 +129,106 @@ class VIRELINE_EXPORT BaseUtils {
   // True when players 0, 1 and 2 all have empty profile names.
   bool AreAllPlayerProfilesEmpty();
 
+  // Checksum files and withdrawn content.
+
+  // CRC-32 of a file, or of every file below a folder in listing order
+  // (`select` filters the top level only); ".crc" files never count.
+  U32 CalculateChecksum(const CPath& path, tFileSelect select);
+
+  // Writes `value` as a 4-byte little-endian ".crc" file; false when it cannot be opened.
+  bool WriteChecksum(const CPath& file, U32 value);
+
+  // The value of a 4-byte ".crc" file (a shorter file gives its bytes, zero-filled); 0 when unreadable.
+  U32 ReadChecksum(const CPath& file);
+
+  // Negative, 0 or positive as version `a` is older than, equal to or newer than `b`.
+  int CompareVersion(const CString& a, const CString& b);
+
+  // The package version in `path` + "/meta.inf"; "Not Available" when unreadable.
+  CString ReadVersionFromMeta(const CPath& path);
+
+  // True when `folder` holds a "doom" marker.
+  bool HasDoomPackage(const CPath& folder);
+
+  // True when the content root holds the global "doom" marker.
+  bool HasDoomPackage();
+
+  // True when the device's critical content is incomplete or withdrawn;
+  // marks what it finds missing with doom markers.
+  bool HasDoomPackageCritical();
+
+  // Device services.
+
+  // Sends `command` to the system daemon; for the get commands stores the
+  // reply in *value. 0 on success, negative on failure.
+  int DaemonControl(qvd_command command, int* value);
+
+  // The system volume; 0 when the daemon does not answer.
+  int GetSystemVolume();
+
+  // The screen brightness; 0 when the daemon does not answer.
+  int GetSystemBrightness();
+
+  // Asks the daemon to set the brightness; as DaemonControl.
+  int SetSystemBrightness(int level);
+
+  // Asks the daemon to set the real-time clock; as DaemonControl.
+  int SetRTCTime(U32 time);
+
+  // True when a USB accessory whose package is not installed is plugged in;
+  // requests that package and reports the device's sysfs path and id.
+  bool HasHotPlugDevice(CPath& path, U32& id);
+
+  // HasHotPlugDevice without the device's path and id.
+  bool HasHotPlugDevice();
+
+  // Asks the desktop connect application for package `packageId` at `version` or newer.
+  void RequestPackageQVC(const CString& packageId, const CString& version);
+
+  // Withdraws the request for package `packageId`.
+  void RequestPackageQVCRemoval(const CString& packageId);
+
+  // The folder of patched libraries for the package at `packagePath`; empty when none.
+  CPath GetPatchPath(const CPath& packagePath);
+
+  // True when the current launch runs with the package's patched libraries.
+  bool IsPatched(const CPath& packagePath);
+
+  // True when the package has a patch newer than the system libraries.
+  bool HasPatch(const CPath& packagePath);
+
+  // Prepares the next launch of `package` with `libraryPath` first; always true.
+  bool SetPatch(const CPath& libraryPath, const CString& package);
+
+  // Removes the launch wrapper; always true.
+  bool RemovePatch(const CString& package);
+
+  // Prepares an external launch of `package`; always true.
+  bool SetExternal(const CString& package);
+
+  // True while a launch wrapper exists.
+  bool IsExternal(const CString& package);
+
+  // True when the package's metadata asks for a clean launch.
+  bool HasExternalLaunch(const CPath& packagePath);
+
+  // Bytes free to applications on the volume of the current player's data.
+  uint64_t GetBulkFreeBytes();
+
+  // Removes a file, or a folder and everything in it; a symbolic link is
+  // removed itself, never followed. Always true.
+  bool RM(const CPath& path);
+
+  // Removes the sub-folders of `path` and what they hold, keeping the files
+  // directly in it and the folder itself. Always true.
+  bool RMDirs(const CPath& path);
+
+  // Copies `source` over `destination` so that readers see the old or the new file, whole.
+  bool CopyAtomicFile(const CPath& source, const CPath& destination);
+
  private:
+  friend unsigned char EnumDeviceCallback(const CPath& path, void* context);
+
   BaseUtils();
   BaseUtils(const BaseUtils&) = delete;
   BaseUtils& operator=(const BaseUtils&) = delete;
@@ -134,6 +241,24 @@ class VIRELINE_EXPORT BaseUtils {
   uint32_t mHotPlugDeviceId;
   CString mHotPlugDevicePath;
 };
+
+// The hot-plug scan's steps, exported for the device's tools.
+
+// The USB device id (vendor << 16 | product) of a sysfs device folder; unreadable halves are 0.
+VIRELINE_EXPORT U32 FindDevice(const CPath& path);
+
+// `id`, or 0 for devices that are never accessories (the root hub).
+VIRELINE_EXPORT U32 MatchDevice(U32 id);
+
+// The package id that goes with accessory `id` in the device's language;
+// the hot-plug form ends in "-100001", the other in "-000000".
+VIRELINE_EXPORT CString MatchDevicePackage(U32 id, bool hotPlug);
+
+// Requests the package of accessory `id`, and for generic accessories the USB request file.
+VIRELINE_EXPORT void RequestDevicePackage(U32 id);
+
+// Folder-walk callback of the hot-plug scan; records the first accessory in the BaseUtils `context`.
+VIRELINE_EXPORT unsigned char EnumDeviceCallback(const CPath& path, void* context);
 
 // Left by GetLanguages: whether the device locale's pack was found, and that
 // locale's two-letter language.

@@ -71,7 +71,7 @@ class VIRELINE_EXPORT CMetaInfo {
   // "Depends" as Malloc'ed strings (free each and the array with COrvoInterface::Free); their count.
   U32 GetDependencies(char**& out) const;
   // "ProfileAccess" (items read in base 16) in a Malloc'ed array (COrvoInterface::Free); their count.
-  U32 GetProfileAccess(U32*& out) const;
+  U32 GetProfileAccess(unsigned long*& out) const;
   U32 GetDeviceAccess() const;
 
   // Setters mark the object changed; false when the set fails or there is no file object.
@@ -88,7 +88,7 @@ class VIRELINE_EXPORT CMetaInfo {
   bool SetIcon(const Glib::ustring& icon);
   bool SetHidden(bool hidden);
   // True (not false) when there is no file object, as older callers expect.
-  bool SetProfileAccess(const U32* profiles, U32 count);
+  bool SetProfileAccess(const unsigned long* profiles, unsigned long count);
 
   // Tag access by key name; setters mark the object changed.
 

@@ -70,7 +70,7 @@ TEST_F(CMetaInfoTest, DependenciesAndProfileAccessAreReleasedByTheCaller) {
   COrvoInterface::Free(depends[0]);
   COrvoInterface::Free(depends[1]);
   COrvoInterface::Free(depends);
-  U32* profiles = nullptr;
+  unsigned long* profiles = nullptr;
   ASSERT_EQ(meta.GetProfileAccess(profiles), 2u);
   EXPECT_EQ(profiles[0], 0u);
   EXPECT_EQ(profiles[1], 1u);
@@ -158,7 +158,7 @@ TEST_F(CMetaInfoTest, EverySetterIsWrittenByTheDestructor) {
   WriteFile(kPath, "");
   {
     CMetaInfo meta(kFolder);
-    const U32 profiles[2] = {0, 2};
+    const unsigned long profiles[2] = {0, 2};
     EXPECT_TRUE(meta.SetProductId(0x10));
     EXPECT_TRUE(meta.SetPackageVersion("2.0"));
     EXPECT_TRUE(meta.SetDeviceType("KastrelVoyant"));
