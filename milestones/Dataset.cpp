@@ -5,14 +5,12 @@
 #include <vireline/Dataset.h>
 
 #include <cstring>
-#include <memory>
 #include <new>
 
 #include <vireline/Platform.h>
 
 #include "baseutils/DebugModules.h"
 #include "platform/DeviceStream.h"
-#include "platform/LittleEndian.h"
 
 namespace {
 
@@ -49,20 +47,17 @@ bool ReadWhole(const std::string& path, char* buffer, uint32_t size) {
   return true;
 }
 
-// The relink file's offsets (trailing bytes beyond a multiple of 4 are
-// ignored); false (reported) when it cannot be read or memory runs out.
+// The relink file's offsets, in the device's native order (trailing bytes
+// beyond a multiple of 4 are ignored); false (reported) when it cannot be
+// read or memory runs out.
 bool ReadOffsets(const std::string& path, uint32_t size, std::vector<uint32_t>* offsets) {
-  std::unique_ptr<char[]> raw(Allocate(size, path));
-  if (!raw || !ReadWhole(path, raw.get(), size)) return false;
   try {
     offsets->resize(size / kFieldSize);
   } catch (const std::bad_alloc&) {
     Report("LoadDataset: no memory for the %u offsets of %s\n", size / kFieldSize, path.c_str());
     return false;
   }
-  const unsigned char* bytes = reinterpret_cast<const unsigned char*>(raw.get());
-  for (size_t i = 0; i < offsets->size(); ++i) (*offsets)[i] = vireline::DecodeFixed32(bytes + i * kFieldSize);
-  return true;
+  return ReadWhole(path, reinterpret_cast<char*>(offsets->data()), static_cast<uint32_t>(offsets->size()) * kFieldSize);
 }
 
 // True when every offset leaves room for a whole field inside `size` bytes;
@@ -101,7 +96,10 @@ void OffsetsToPtrs(char* base, const std::vector<uint32_t>& offsets) {
   // Addresses are 32-bit in the format; wider hosts keep the low 32 bits.
   const uint32_t address = static_cast<uint32_t>(reinterpret_cast<uintptr_t>(base));
   for (uint32_t offset : offsets) {
-    unsigned char* field = reinterpret_cast<unsigned char*>(base + offset);
-    vireline::EncodeFixed32(field, vireline::DecodeFixed32(field) + address);
+    // Fields need not be aligned: copied in and out rather than accessed in place.
+    uint32_t value;
+    std::memcpy(&value, base + offset, sizeof value);
+    value += address;
+    std::memcpy(base + offset, &value, sizeof value);
   }
 }
