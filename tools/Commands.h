@@ -47,6 +47,12 @@ void RegisterPathsCommand(CLI::App& program, Action* action);
 // `vireline find KIND NAME [--title DIR] [--explain]`: the asset file a title gets, and every path tried.
 void RegisterFindCommand(CLI::App& program, Action* action);
 
+// `vireline cyo [TYPE|NAME] [--player N] [--json]`: the CYO sets a player gets, with progress (read-only).
+void RegisterCyoCommand(CLI::App& program, Action* action);
+
+// `vireline milestones [--player N] [--json]` and `milestones add|remove NAME`: a player's milestones.
+void RegisterMilestonesCommand(CLI::App& program, Action* action);
+
 }  // namespace tools
 }  // namespace vireline
 

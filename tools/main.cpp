@@ -39,6 +39,8 @@ int main(int argc, char** argv) {
   vireline::tools::RegisterLogCommand(program, &action);
   vireline::tools::RegisterPathsCommand(program, &action);
   vireline::tools::RegisterFindCommand(program, &action);
+  vireline::tools::RegisterCyoCommand(program, &action);
+  vireline::tools::RegisterMilestonesCommand(program, &action);
 
   try {
     program.parse(argc, argv);

@@ -3,6 +3,7 @@
 #define VIRELINE_VIRELINE_H_
 
 #include <vireline/BaseUtils.h>
+#include <vireline/CCyo.h>
 #include <vireline/CFileIO.h>
 #include <vireline/CFileUtils.h>
 #include <vireline/CJSonFile.h>
@@ -14,6 +15,7 @@
 #include <vireline/CMetaInfFile.h>
 #include <vireline/CMetaInfo.h>
 #include <vireline/CMfgData.h>
+#include <vireline/CMilestones.h>
 #include <vireline/COrvoInterface.h>
 #include <vireline/CProfileDscFile.h>
 #include <vireline/CSettingsCfgFile.h>
