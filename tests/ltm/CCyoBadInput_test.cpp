@@ -27,8 +27,8 @@ class CyoBadInputTest : public CyoTest {
 TEST_F(CyoBadInputTest, AFailingSaveAnswersTrue) {
   WriteSpellingSet();
   WriteFile(ProgressPath(1), kOldProgress);
+  FaultInjectionEnv faults(vireline::Env::Default());  // outlives the object that saves on destruction
   CCyo cyo(LTM::kCyoSpelling);
-  FaultInjectionEnv faults(vireline::Env::Default());
   vireline::Env::SetCurrent(&faults);
   faults.FailAfter(FaultInjectionEnv::kRename, 0, ENOSPC);
   EXPECT_TRUE(cyo.SetStatus(0, 1));
