@@ -56,6 +56,12 @@ CPath BasePath() { return CSystemData::Instance()->GetBasePath(); }
 
 CPath DataPath() { return CSystemData::Instance()->GetDataPath(); }
 
+CPath CYOsPath() { return CSystemData::Instance()->GetCYOsPath(); }
+
+CPath DataProfilePath(tPlayerID player) { return CSystemData::Instance()->GetDataProfilePath(player); }
+
+bool ZantoLegacyFlag() { return CSystemData::Instance()->GetZantoLegacyFlag(); }
+
 CString PlayerProfileName(int /*slot*/) { return CString(); }
 
 // Token by token: a longer token is newer, equal lengths compare byte-wise,

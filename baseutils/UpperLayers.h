@@ -34,6 +34,15 @@ CPath BasePath();
 // The data folder, ending in "/".
 CPath DataPath();
 
+// The download package folder where CYO sets are installed, ending in "/".
+CPath CYOsPath();
+
+// The data folder of `player`, ending in "/"; nothing is created.
+CPath DataProfilePath(tPlayerID player);
+
+// True while the first model's folder names are in use.
+bool ZantoLegacyFlag();
+
 // The name in the profile of player `slot`; empty when there is none.
 CString PlayerProfileName(int slot);
 

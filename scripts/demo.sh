@@ -26,3 +26,6 @@ run paths
 run find art dragon.png --title /QV/Bulk/ProgramFiles/PetitChef --explain
 run log dump 0
 run log stats
+run cyo
+run milestones add ReadTenWords
+run milestones --json

@@ -61,6 +61,11 @@ void RegisterConsumablesCommand(CLI::App& program, Action* action);
 
 // `vireline dataset DSET RELINK [--json]`: a relocatable dataset's size and relocated fields.
 void RegisterDatasetCommand(CLI::App& program, Action* action);
+// `vireline cyo [TYPE|NAME] [--player N] [--json]`: the CYO sets a player gets, with progress (read-only).
+void RegisterCyoCommand(CLI::App& program, Action* action);
+
+// `vireline milestones [--player N] [--json]` and `milestones add|remove NAME`: a player's milestones.
+void RegisterMilestonesCommand(CLI::App& program, Action* action);
 
 }  // namespace tools
 }  // namespace vireline

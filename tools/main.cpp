@@ -44,6 +44,8 @@ int main(int argc, char** argv) {
   vireline::tools::RegisterMdlsCommand(program, &action);
   vireline::tools::RegisterConsumablesCommand(program, &action);
   vireline::tools::RegisterDatasetCommand(program, &action);
+  vireline::tools::RegisterCyoCommand(program, &action);
+  vireline::tools::RegisterMilestonesCommand(program, &action);
 
   try {
     program.parse(argc, argv);

@@ -6,6 +6,7 @@
 #include <vireline/CApps.h>
 #include <vireline/CAvatars.h>
 #include <vireline/CConsumable.h>
+#include <vireline/CCyo.h>
 #include <vireline/CFileIO.h>
 #include <vireline/CFileUtils.h>
 #include <vireline/CJSonFile.h>
@@ -18,6 +19,7 @@
 #include <vireline/CMetaInfo.h>
 #include <vireline/CMfgData.h>
 #include <vireline/CMicroDownloads.h>
+#include <vireline/CMilestones.h>
 #include <vireline/COrvoInterface.h>
 #include <vireline/CProfileDscFile.h>
 #include <vireline/CSettingsCfgFile.h>
