@@ -101,8 +101,6 @@ CString CurrentGameID() { return CSystemData::Instance()->GetCurrentGameID(); }
 
 U32 CurrentGameProductID() { return CSystemData::Instance()->GetCurrentGameProductID(); }
 
-bool ZantoLegacyFlag() { return CSystemData::Instance()->GetZantoLegacyFlag(); }
-
 CPath ManageInventoryPath() { return CSystemData::Instance()->GetManageInventoryPath(); }
 
 tPlayerID CurrentPlayerID() { return CSystemData::Instance()->GetCurrentPlayerID(); }

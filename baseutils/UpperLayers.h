@@ -75,9 +75,6 @@ CString CurrentGameID();
 // The running title's product id; 0 without metadata.
 U32 CurrentGameProductID();
 
-// True while the first model's folder names are in use.
-bool ZantoLegacyFlag();
-
 // The current player's inventory upload package, created when missing.
 CPath ManageInventoryPath();
 
