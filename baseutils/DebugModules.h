@@ -15,6 +15,10 @@ const int kMasterLevelDebugModule = 0x280;
 // not switch on every data object's messages.
 const int kSystemPathsDebugModule = 0x282;
 
+// The content lists (apps, avatars, micro-downloads, consumables): the
+// default channel, where the applications that call them print too.
+const int kContentListsDebugModule = 0;
+
 // Prints "WARNING:  Use of a deprecated function: <signature>" at level 5 on `module`.
 void WarnDeprecated(int module, const char* signature);
 

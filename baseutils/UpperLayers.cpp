@@ -89,5 +89,21 @@ void RequestPackageQVC(const CString& id, const CString& version) {
   PlatformDebug(kDataObjectsDebugModule).DebugOut(2, "RequestPackageQVC: %s %s\n", id.c_str(), version.c_str());
 }
 
+CPath ProgramFilesPath() { return CSystemData::Instance()->GetProgramFilesPath(); }
+
+CPath CartPath() { return CSystemData::Instance()->GetCartPath(); }
+
+CPath AvatarsPath() { return CSystemData::Instance()->GetAvatarsPath(); }
+
+CPath MDLsPath() { return CSystemData::Instance()->GetMDLsPath(); }
+
+CString CurrentGameID() { return CSystemData::Instance()->GetCurrentGameID(); }
+
+U32 CurrentGameProductID() { return CSystemData::Instance()->GetCurrentGameProductID(); }
+
+CPath ManageInventoryPath() { return CSystemData::Instance()->GetManageInventoryPath(); }
+
+tPlayerID CurrentPlayerID() { return CSystemData::Instance()->GetCurrentPlayerID(); }
+
 }  // namespace upper
 }  // namespace vireline

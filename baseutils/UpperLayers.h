@@ -55,6 +55,32 @@ bool HasDoomPackage(const CPath& folder);
 // Asks the desktop connect application for package `id` at `version` or newer.
 void RequestPackageQVC(const CString& id, const CString& version);
 
+// Folders and the running title as the content lists see them.
+
+// The application package folder, ending in "/".
+CPath ProgramFilesPath();
+
+// The cartridge folder, ending in "/".
+CPath CartPath();
+
+// The avatar package folder, ending in "/".
+CPath AvatarsPath();
+
+// The micro-download package folder, ending in "/".
+CPath MDLsPath();
+
+// The running title's game id (its folder name).
+CString CurrentGameID();
+
+// The running title's product id; 0 without metadata.
+U32 CurrentGameProductID();
+
+// The current player's inventory upload package, created when missing.
+CPath ManageInventoryPath();
+
+// The current player, read from the settings.
+tPlayerID CurrentPlayerID();
+
 }  // namespace upper
 }  // namespace vireline
 

@@ -29,3 +29,8 @@ run log stats
 run cyo
 run milestones add ReadTenWords
 run milestones --json
+run apps
+run avatars --player 1
+run mdls --player 0 --title /QV/Bulk/ProgramFiles/MathMountain
+run consumables --title /QV/Bulk/ProgramFiles/MathMountain
+run dataset /QV/Bulk/Data/Datasets/dino.dsetBin /QV/Bulk/Data/Datasets/dino.relinkBin

@@ -47,6 +47,20 @@ void RegisterPathsCommand(CLI::App& program, Action* action);
 // `vireline find KIND NAME [--title DIR] [--explain]`: the asset file a title gets, and every path tried.
 void RegisterFindCommand(CLI::App& program, Action* action);
 
+// `vireline apps [--json]`: the installed application and cartridge folders.
+void RegisterAppsCommand(CLI::App& program, Action* action);
+
+// `vireline avatars --player N [--json]`: the avatar packages player N may use.
+void RegisterAvatarsCommand(CLI::App& program, Action* action);
+
+// `vireline mdls --player N [--title DIR] [--json]`: the running title's micro-downloads player N may use.
+void RegisterMdlsCommand(CLI::App& program, Action* action);
+
+// `vireline consumables [--title DIR] [--json]`: the running title's consumables the current player has (read-only).
+void RegisterConsumablesCommand(CLI::App& program, Action* action);
+
+// `vireline dataset DSET RELINK [--json]`: a relocatable dataset's size and relocated fields.
+void RegisterDatasetCommand(CLI::App& program, Action* action);
 // `vireline cyo [TYPE|NAME] [--player N] [--json]`: the CYO sets a player gets, with progress (read-only).
 void RegisterCyoCommand(CLI::App& program, Action* action);
 

@@ -39,6 +39,11 @@ int main(int argc, char** argv) {
   vireline::tools::RegisterLogCommand(program, &action);
   vireline::tools::RegisterPathsCommand(program, &action);
   vireline::tools::RegisterFindCommand(program, &action);
+  vireline::tools::RegisterAppsCommand(program, &action);
+  vireline::tools::RegisterAvatarsCommand(program, &action);
+  vireline::tools::RegisterMdlsCommand(program, &action);
+  vireline::tools::RegisterConsumablesCommand(program, &action);
+  vireline::tools::RegisterDatasetCommand(program, &action);
   vireline::tools::RegisterCyoCommand(program, &action);
   vireline::tools::RegisterMilestonesCommand(program, &action);
 

@@ -3,6 +3,9 @@
 #define VIRELINE_VIRELINE_H_
 
 #include <vireline/BaseUtils.h>
+#include <vireline/CApps.h>
+#include <vireline/CAvatars.h>
+#include <vireline/CConsumable.h>
 #include <vireline/CCyo.h>
 #include <vireline/CFileIO.h>
 #include <vireline/CFileUtils.h>
@@ -15,6 +18,7 @@
 #include <vireline/CMetaInfFile.h>
 #include <vireline/CMetaInfo.h>
 #include <vireline/CMfgData.h>
+#include <vireline/CMicroDownloads.h>
 #include <vireline/CMilestones.h>
 #include <vireline/COrvoInterface.h>
 #include <vireline/CProfileDscFile.h>
@@ -22,6 +26,7 @@
 #include <vireline/CSystem.h>
 #include <vireline/CSystemData.h>
 #include <vireline/CTimeSync.h>
+#include <vireline/Dataset.h>
 #include <vireline/Export.h>
 #include <vireline/LTMJson.h>
 #include <vireline/LogCatalogue.h>

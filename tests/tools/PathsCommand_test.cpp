@@ -35,7 +35,7 @@ TEST_F(PathsCommandTest, PrintsEveryFolderAndTheLocaleWithItsSource) {
             "player 1 log           /QV/Bulk/Data/Uploads/1/\n"
             "player 2 data          /QV/Bulk/Data/Local/2/\n"
             "player 2 log           /QV/Bulk/Data/Uploads/2/\n"
-            "manageInventory        /QV/Bulk/Data/Uploads/0/KVR9-0x0017000C-999999/  (not created yet)\n");
+            "manageInventory        /QV/Bulk/Data/Uploads/0/KVR9-0x0017000C-999999/\n");
 }
 
 TEST_F(PathsCommandTest, CreatesNothing) {
@@ -48,10 +48,10 @@ TEST_F(PathsCommandTest, CreatesNothing) {
   EXPECT_EQ(ReadFile("/QV/Bulk/settings.cfg"), settings);
 }
 
-TEST_F(PathsCommandTest, ExistingInventoryPackageIsNotMarked) {
-  MakeDirs("/QV/Bulk/Data/Uploads/0/KVR9-0x0017000C-999999");
+TEST_F(PathsCommandTest, AMissingInventoryPackageIsMarked) {
+  std::filesystem::remove_all(Host("/QV/Bulk/Data/Uploads/0/KVR9-0x0017000C-999999"));
   InspectorRun run = Run("paths");
-  EXPECT_NE(run.out.find("manageInventory        /QV/Bulk/Data/Uploads/0/KVR9-0x0017000C-999999/\n"),
+  EXPECT_NE(run.out.find("manageInventory        /QV/Bulk/Data/Uploads/0/KVR9-0x0017000C-999999/  (not created yet)\n"),
             std::string::npos);
 }
 
@@ -93,7 +93,7 @@ TEST_F(PathsCommandTest, JsonHasEveryFolder) {
   ASSERT_EQ(json["players"].size(), 3u);
   EXPECT_EQ(json["players"][2]["data"].asString(), "/QV/Bulk/Data/Local/2/");
   EXPECT_EQ(json["players"][2]["log"].asString(), "/QV/Bulk/Data/Uploads/2/");
-  EXPECT_FALSE(json["manageInventory"]["exists"].asBool());
+  EXPECT_TRUE(json["manageInventory"]["exists"].asBool());
   EXPECT_EQ(json["manageInventory"]["deviceType"].asString(), "KastrelVoyant");
   EXPECT_EQ(json["manageInventory"]["productId"].asUInt(), 0x17000Cu);
 }
