@@ -3,7 +3,7 @@
 set -euo pipefail
 
 packages=(build-essential cmake pkg-config libglibmm-2.4-dev libjsoncpp-dev zlib1g-dev libboost-dev
-          libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev help2man)
+          libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev help2man abigail-tools)
 missing=()
 for package in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed" || missing+=("$package")

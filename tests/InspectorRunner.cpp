@@ -10,6 +10,12 @@
 
 namespace {
 
+// The value of environment variable `name`, or `fallback` when it is unset or empty.
+std::string FromEnvironment(const char* name, const char* fallback) {
+  const char* value = getenv(name);
+  return value != nullptr && *value != '\0' ? value : fallback;
+}
+
 std::string Slurp(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   std::ostringstream content;
@@ -23,7 +29,8 @@ InspectorRun RunInspector(const std::string& arguments) {
   char errPath[] = "/tmp/vireline-inspector-err-XXXXXX";
   int errFile = mkstemp(errPath);
   close(errFile);
-  std::string command = std::string(VIRELINE_TOOL_COMMAND) + " " + arguments + " 2>" + errPath;
+  // $VIRELINE_TEST_TOOL names an installed inspector where the build tree is not at hand.
+  std::string command = FromEnvironment("VIRELINE_TEST_TOOL", VIRELINE_TOOL_COMMAND) + " " + arguments + " 2>" + errPath;
   InspectorRun run;
   FILE* pipe = popen(command.c_str(), "r");
   if (pipe == nullptr) return run;
@@ -36,3 +43,5 @@ InspectorRun RunInspector(const std::string& arguments) {
   unlink(errPath);
   return run;
 }
+
+std::string ExamplesDir() { return FromEnvironment("VIRELINE_TEST_EXAMPLES_DIR", VIRELINE_EXAMPLES_DIR); }

@@ -2,6 +2,8 @@
 # Installs the library into a scratch prefix and builds a small client against
 # it twice, the two ways applications do: with pkg-config and with CMake's
 # find_package. Also checks that only the public interface is exported.
+# Given --prefix=DIR instead of a build folder, it checks a tree already
+# installed there (such as the unpacked Debian packages).
 set -euo pipefail
 build_dir=$1
 work=$2
@@ -9,7 +11,12 @@ cmake_command=${3:-cmake}
 
 rm -rf "$work"
 mkdir -p "$work/client"
-"$cmake_command" --install "$build_dir" --prefix "$work/prefix" >/dev/null
+prefix=$work/prefix
+if [ "${build_dir%%=*}" = --prefix ]; then
+  prefix=${build_dir#--prefix=}
+else
+  "$cmake_command" --install "$build_dir" --prefix "$prefix" >/dev/null
+fi
 
 cat > "$work/client/client.cpp" <<'CPP'
 #include <cstdio>
@@ -25,8 +32,8 @@ int main() {
 CPP
 
 expected=/QV/Bulk/ProgramFiles/Game1
-pc_dir=$(dirname "$(find "$work/prefix" -name vireline.pc | head -n 1)")
-lib_dir=$(dirname "$(find "$work/prefix" -name 'libvireline.so' | head -n 1)")
+pc_dir=$(dirname "$(find "$prefix" -name vireline.pc | head -n 1)")
+lib_dir=$(dirname "$(find "$prefix" -name 'libvireline.so' | head -n 1)")
 
 # pkg-config
 flags=$(PKG_CONFIG_PATH="$pc_dir" pkg-config --cflags --libs vireline)
@@ -42,7 +49,7 @@ find_package(vireline 0.1 REQUIRED)
 add_executable(client client.cpp)
 target_link_libraries(client PRIVATE vireline::vireline)
 CMAKE
-"$cmake_command" -S "$work/client" -B "$work/client/build" -DCMAKE_PREFIX_PATH="$work/prefix" >/dev/null
+"$cmake_command" -S "$work/client" -B "$work/client/build" -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
 "$cmake_command" --build "$work/client/build" >/dev/null
 out=$(LD_LIBRARY_PATH="$lib_dir" "$work/client/build/client")
 [ "$out" = "$expected" ] || { echo "CMake client printed '$out'"; exit 1; }

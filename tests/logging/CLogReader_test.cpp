@@ -14,6 +14,7 @@
 #include <vireline/CTimeSync.h>
 #include <vireline/LogEvents.h>
 
+#include "InspectorRunner.h"
 #include "tests/logging/LogTest.h"
 
 using namespace LogData::Vireline;
@@ -304,7 +305,7 @@ TEST_F(CLogReaderTest, AFailingOpenIsReportedAsCannotOpen) {
 
 TEST_F(CLogReaderTest, TheSampleImageLogsReadWholeAndCutAtEveryByteOfTheirLastRecord) {
   for (int slot = 0; slot < 3; ++slot) {
-    std::string sample = std::string(VIRELINE_EXAMPLES_DIR) + "/device-image/QV/Bulk/Data/Uploads/" +
+    std::string sample = ExamplesDir() + "/device-image/QV/Bulk/Data/Uploads/" +
                          std::to_string(slot) + "/profile.log";
     std::ifstream in(sample, std::ios::binary);
     std::string content((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());

@@ -157,6 +157,7 @@ TEST_F(LogCommandTest, LogNeedsASubcommand) { EXPECT_EQ(Log("").exitStatus, 2); 
 
 #ifdef VIRELINE_MAKE_PLAY_LOGS
 TEST_F(LogCommandTest, TheSampleLogsAreWhatTheGeneratorWrites) {
+  if (getenv("VIRELINE_TEST_TOOL") != nullptr) GTEST_SKIP() << "the generator lives in the build tree only";
   std::vector<std::string> committed;
   for (int slot = 0; slot < 3; ++slot) committed.push_back(ReadFile("/QV/Bulk/Data/Uploads/" + std::to_string(slot) + "/profile.log"));
   std::string command = std::string(VIRELINE_MAKE_PLAY_LOGS) + " " + mRoot + " >/dev/null";

@@ -18,7 +18,7 @@ class SampleImageTest : public DeviceRootTest {
  protected:
   void SetUp() override {
     DeviceRootTest::SetUp();
-    std::filesystem::copy(std::string(VIRELINE_EXAMPLES_DIR) + "/device-image", mRoot,
+    std::filesystem::copy(ExamplesDir() + "/device-image", mRoot,
                           std::filesystem::copy_options::recursive);
   }
 
