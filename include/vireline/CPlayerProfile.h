@@ -56,12 +56,14 @@ class VIRELINE_EXPORT CPlayerProfile {
     // missing), each with immediate synchronisation.
     explicit CProfileContainer(tPlayerID slot);
 
-    // Writes and releases the private file, then the shared one.
+    // Writes the private file, then the shared one; the last container
+    // holding them releases them.
     ~CProfileContainer();
 
     // Another container on the same two file objects and slot.
     CProfileContainer(const CProfileContainer& other);
 
+    // Not assignable: a profile replaces its whole container instead.
     CProfileContainer& operator=(const CProfileContainer&) = delete;
 
     // "profile_private.dsc"; null when it could not be made.
