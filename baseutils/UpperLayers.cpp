@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include <vireline/BaseUtils.h>
+#include <vireline/CPlayerProfile.h>
 #include <vireline/CLogFile.h>
 #include <vireline/CSystem.h>
 #include <vireline/CSystemData.h>
@@ -13,6 +14,7 @@
 #include <vireline/Platform.h>
 
 #include "baseutils/DebugModules.h"
+#include "systemdata/SystemDataInternal.h"
 
 namespace vireline {
 namespace upper {
@@ -54,7 +56,7 @@ CPath RootPath() { return CSystemData::Instance()->GetRootPath(); }
 
 CPath BasePath() { return CSystemData::Instance()->GetBasePath(); }
 
-CPath DataPath() { return CSystemData::Instance()->GetDataPath(); }
+CPath DataPath() { return systemdata::DataPath(); }
 
 CPath CYOsPath() { return CSystemData::Instance()->GetCYOsPath(); }
 
@@ -62,7 +64,7 @@ CPath DataProfilePath(tPlayerID player) { return CSystemData::Instance()->GetDat
 
 bool ZantoLegacyFlag() { return CSystemData::Instance()->GetZantoLegacyFlag(); }
 
-CString PlayerProfileName(int /*slot*/) { return CString(); }
+CString PlayerProfileName(int slot) { return LTM::CPlayerProfile(slot).GetName(); }
 
 // Token by token: a longer token is newer, equal lengths compare byte-wise,
 // and a version equals its own prefix, as the device firmware has always done.
@@ -104,6 +106,22 @@ U32 CurrentGameProductID() { return CSystemData::Instance()->GetCurrentGameProdu
 CPath ManageInventoryPath() { return CSystemData::Instance()->GetManageInventoryPath(); }
 
 tPlayerID CurrentPlayerID() { return CSystemData::Instance()->GetCurrentPlayerID(); }
+
+CPath LocalDataPath(tPlayerID player, const CString& name) {
+  return CSystemData::Instance()->GetLocalDataPath(player, name);
+}
+
+CPath DefaultAvatarPath() { return CSystemData::Instance()->GetDefaultAvatarPath(); }
+
+CPath DownloadsPath() { return CSystemData::Instance()->GetDownloadsPath(); }
+
+bool EarlyPreKBlackListed() { return CSystemData::Instance()->GetEarlyPreKBlackListed(); }
+
+bool LogProfileSet() { return CLogFile::Instance()->IsProfileSet(); }
+
+void AppendLogRecord(CLogData& record) { CLogFile::Instance()->Append(record); }
+
+void InitLogFile(FILE* file, tPlayerID slot) { CLogFile::Instance()->InitLogFile(file, slot); }
 
 }  // namespace upper
 }  // namespace vireline

@@ -6,7 +6,11 @@
 #ifndef VIRELINE_BASEUTILS_UPPERLAYERS_H_
 #define VIRELINE_BASEUTILS_UPPERLAYERS_H_
 
+#include <cstdio>
+
 #include <vireline/Types.h>
+
+class CLogData;
 
 namespace vireline {
 namespace upper {
@@ -31,7 +35,7 @@ CPath RootPath();
 // The system package folder, ending in "/".
 CPath BasePath();
 
-// The data folder, ending in "/".
+// The data folder, ending in "/"; read without the deprecation warning.
 CPath DataPath();
 
 // The download package folder where CYO sets are installed, ending in "/".
@@ -80,6 +84,29 @@ CPath ManageInventoryPath();
 
 // The current player, read from the settings.
 tPlayerID CurrentPlayerID();
+
+// Folders, flags and the play log as the player profiles see them.
+
+// The local data folder `name` of `player` ("/QV/Bulk/Data/Local/<p>/<name>/"), created when missing.
+CPath LocalDataPath(tPlayerID player, const CString& name);
+
+// The device's default avatar folder.
+CPath DefaultAvatarPath();
+
+// The download package folder.
+CPath DownloadsPath();
+
+// True while the EarlyPreK content is black-listed.
+bool EarlyPreKBlackListed();
+
+// True once a player has been chosen for the play log.
+bool LogProfileSet();
+
+// Appends `record` to the current player's play log.
+void AppendLogRecord(CLogData& record);
+
+// Gives the open log file of `slot` a fresh header when it has none.
+void InitLogFile(FILE* file, tPlayerID slot);
 
 }  // namespace upper
 }  // namespace vireline

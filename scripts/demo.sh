@@ -29,6 +29,9 @@ run log stats
 run cyo
 run milestones add ReadTenWords
 run milestones --json
+run profiles
+run profile remove 1 --yes
+run profiles --json
 run apps
 run avatars --player 1
 run mdls --player 0 --title /QV/Bulk/ProgramFiles/MathMountain

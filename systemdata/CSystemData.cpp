@@ -49,6 +49,8 @@ void DebugOut(int level, const char* format, ...) {
 
 void WarnDeprecated(const char* signature) { vireline::WarnDeprecated(kDebugModule, signature); }
 
+CPath DataPath() { return CPath(kDataPath); }
+
 CPath SlashEnded(const CPath& path) {
   const std::string& bytes = path.raw();
   if (!bytes.empty() && bytes.back() == '/') return path;
@@ -85,7 +87,7 @@ bool CSystemData::SetRootPaths() {
   mCYOPath = PackageFolder(paths, "Download");
   mMDLPath = PackageFolder(paths, "Download");
   mDownloadsPath = mMDLPath;
-  mDataPath = kDataPath;
+  mDataPath = vireline::systemdata::DataPath();
   mUniversalLanguagePackPath = kUniversalLanguagePackPath;
   mLanguagePackPath = kUniversalLanguagePackPath;
   mDefaultAvatarPath = mAvatarsPath + "Avatar1/";

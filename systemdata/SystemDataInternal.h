@@ -20,6 +20,10 @@ void DebugOut(int level, const char* format, ...) __attribute__((format(printf, 
 // The level-5 warning of a deprecated operation, naming its signature.
 void WarnDeprecated(const char* signature);
 
+// The data folder ("/QV/Bulk/Data/"), as GetDataPath answers it but without
+// the deprecation warning, for the library's own callers.
+CPath DataPath();
+
 // `path` with a "/" appended unless it already ends in one.
 CPath SlashEnded(const CPath& path);
 

@@ -67,6 +67,12 @@ void RegisterCyoCommand(CLI::App& program, Action* action);
 // `vireline milestones [--player N] [--json]` and `milestones add|remove NAME`: a player's milestones.
 void RegisterMilestonesCommand(CLI::App& program, Action* action);
 
+// `vireline profiles [--json]`: the player profiles of slots 0-2 (read-only).
+void RegisterProfilesCommand(CLI::App& program, Action* action);
+
+// `vireline profile remove SLOT --yes`: removes a player's profile and data.
+void RegisterProfileCommand(CLI::App& program, Action* action);
+
 }  // namespace tools
 }  // namespace vireline
 

@@ -46,6 +46,8 @@ int main(int argc, char** argv) {
   vireline::tools::RegisterDatasetCommand(program, &action);
   vireline::tools::RegisterCyoCommand(program, &action);
   vireline::tools::RegisterMilestonesCommand(program, &action);
+  vireline::tools::RegisterProfilesCommand(program, &action);
+  vireline::tools::RegisterProfileCommand(program, &action);
 
   try {
     program.parse(argc, argv);
