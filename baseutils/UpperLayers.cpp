@@ -1,12 +1,13 @@
 // Calls from the lower layers into the layers above them. A function whose
 // service is not part of the library yet answers as a device without that
-// service would: no player profiles, no package requests sent.
+// service would: no player profiles.
 #include "baseutils/UpperLayers.h"
 
 #include <cstring>
 
 #include <vireline/BaseUtils.h>
 #include <vireline/CLogFile.h>
+#include <vireline/CMetaInfo.h>
 #include <vireline/CSystem.h>
 #include <vireline/CSystemData.h>
 #include <vireline/LogEvents.h>
@@ -86,7 +87,7 @@ bool HasDoomPackage(const CPath& folder) {
 }
 
 void RequestPackageQVC(const CString& id, const CString& version) {
-  PlatformDebug(kDataObjectsDebugModule).DebugOut(2, "RequestPackageQVC: %s %s\n", id.c_str(), version.c_str());
+  BaseUtils::Instance()->RequestPackageQVC(id, version);
 }
 
 CPath ProgramFilesPath() { return CSystemData::Instance()->GetProgramFilesPath(); }
@@ -104,6 +105,18 @@ U32 CurrentGameProductID() { return CSystemData::Instance()->GetCurrentGameProdu
 CPath ManageInventoryPath() { return CSystemData::Instance()->GetManageInventoryPath(); }
 
 tPlayerID CurrentPlayerID() { return CSystemData::Instance()->GetCurrentPlayerID(); }
+
+CPath DownloadsPath() { return CSystemData::Instance()->GetDownloadsPath(); }
+
+CPath LocalDataPath(tPlayerID player, const CString& name) {
+  return CSystemData::Instance()->GetLocalDataPath(player, name);
+}
+
+CString PackageVersion(const CPath& folder) { return LTM::CMetaInfo(folder).GetPackageVersion(); }
+
+CString PackageTagString(const CPath& folder, const CString& key) { return LTM::CMetaInfo(folder).GetTagString(key); }
+
+U32 PackageTagInt(const CPath& folder, const CString& key) { return LTM::CMetaInfo(folder).GetTagInt(key); }
 
 }  // namespace upper
 }  // namespace vireline

@@ -81,6 +81,23 @@ CPath ManageInventoryPath();
 // The current player, read from the settings.
 tPlayerID CurrentPlayerID();
 
+// Device services.
+
+// The downloaded package folder, ending in "/".
+CPath DownloadsPath();
+
+// The local data folder `name` of `player`, ending in "/", created when missing.
+CPath LocalDataPath(tPlayerID player, const CString& name);
+
+// The package version in the metadata of package folder `folder`.
+CString PackageVersion(const CPath& folder);
+
+// The text tag `key` of the metadata of package folder `folder`; empty when missing.
+CString PackageTagString(const CPath& folder, const CString& key);
+
+// The number tag `key` of the metadata of package folder `folder`; 0xFFFFFFFF when missing.
+U32 PackageTagInt(const CPath& folder, const CString& key);
+
 }  // namespace upper
 }  // namespace vireline
 
