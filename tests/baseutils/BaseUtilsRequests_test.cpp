@@ -9,7 +9,6 @@
 #include <string>
 
 #include "DeviceRootTest.h"
-#include "baseutils/UpperLayers.h"
 #include "platform/FaultInjectionEnv.h"
 
 class BaseUtilsRequestsTest : public DeviceRootTest {
@@ -94,9 +93,4 @@ TEST_F(BaseUtilsRequestsTest, RemovalDeletesTheRequestFile) {
   EXPECT_TRUE(Exists(Inventory() + "APP-2.txt"));
   utils->RequestPackageQVCRemoval("APP-1");  // nothing left to remove
   EXPECT_TRUE(Exists(Inventory() + "meta.inf"));
-}
-
-TEST_F(BaseUtilsRequestsTest, LowerLayersRequestThroughTheSameFiles) {
-  vireline::upper::RequestPackageQVC("APP-3", "4.0");
-  EXPECT_EQ(ReadFile(Inventory() + "APP-3.txt"), "Command=AddToDevice\nVersion=4.0\n");
 }
