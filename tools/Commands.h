@@ -67,6 +67,9 @@ void RegisterCyoCommand(CLI::App& program, Action* action);
 // `vireline milestones [--player N] [--json]` and `milestones add|remove NAME`: a player's milestones.
 void RegisterMilestonesCommand(CLI::App& program, Action* action);
 
+// `vireline daemon volume|brightness|set-brightness N|set-rtc T [--json]`: requests to the system daemon.
+void RegisterDaemonCommand(CLI::App& program, Action* action);
+
 }  // namespace tools
 }  // namespace vireline
 

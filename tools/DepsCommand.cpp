@@ -73,7 +73,8 @@ CheckReport Check(const std::string& dir, ScratchOverlayEnv* overlay) {
     report.result = LTM::CMetaInfo(dir).CheckCartDependencies();
     for (const std::string& text : capture.texts()) report.notes.push_back(WithoutLineFeed(text));
   }
-  report.requests = RequestsWritten(overlay->WrittenFiles(), CSystemData::Instance()->GetManageInventoryPath());
+  std::string inventory = CSystemData::Instance()->GetManageInventoryPath();
+  report.requests = RequestsWritten(overlay->WrittenFiles(), inventory);
   Env::SetCurrent(nullptr);
   return report;
 }

@@ -46,6 +46,7 @@ int main(int argc, char** argv) {
   vireline::tools::RegisterDatasetCommand(program, &action);
   vireline::tools::RegisterCyoCommand(program, &action);
   vireline::tools::RegisterMilestonesCommand(program, &action);
+  vireline::tools::RegisterDaemonCommand(program, &action);
 
   try {
     program.parse(argc, argv);
