@@ -32,11 +32,6 @@ const DaemonRequest kBrightness = {"brightness", "brightness", BaseUtils::kQvdGe
 const DaemonRequest kSetBrightness = {"set-brightness", "brightness", BaseUtils::kQvdSetBrightness, false};
 const DaemonRequest kSetRtc = {"set-rtc", "clock", BaseUtils::kQvdSetRtcTime, false};
 
-std::string WithoutLineFeed(std::string text) {
-  if (!text.empty() && text.back() == '\n') text.pop_back();
-  return text;
-}
-
 // Sends the request; on failure says why on standard error.
 bool Send(const DaemonRequest& request, int* value) {
   BaseUtils* utils = BaseUtils::Instance();
@@ -44,7 +39,7 @@ bool Send(const DaemonRequest& request, int* value) {
   utils->SetupTrace(0, true);
   if (utils->DaemonControl(request.command, value) == 0) return true;
   std::string reason;
-  for (const std::string& text : capture.texts()) reason += (reason.empty() ? "" : "; ") + WithoutLineFeed(text);
+  for (const std::string& line : capture.lines()) reason += (reason.empty() ? "" : "; ") + line;
   std::fprintf(stderr, "vireline daemon: no answer from the system daemon at /var/run/qvd-control (%s)\n",
                reason.c_str());
   return false;

@@ -38,11 +38,6 @@ struct CheckReport {
   std::vector<std::string> notes;
 };
 
-std::string WithoutLineFeed(std::string text) {
-  if (!text.empty() && text.back() == '\n') text.pop_back();
-  return text;
-}
-
 bool EndsWith(const std::string& text, const std::string& end) {
   return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
@@ -71,7 +66,7 @@ CheckReport Check(const std::string& dir, ScratchOverlayEnv* overlay) {
   {
     DebugCapture capture(kNoteLevel);
     report.result = LTM::CMetaInfo(dir).CheckCartDependencies();
-    for (const std::string& text : capture.texts()) report.notes.push_back(WithoutLineFeed(text));
+    report.notes = capture.lines();
   }
   std::string inventory = CSystemData::Instance()->GetManageInventoryPath();
   report.requests = RequestsWritten(overlay->WrittenFiles(), inventory);

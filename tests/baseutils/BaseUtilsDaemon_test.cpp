@@ -19,15 +19,7 @@ namespace {
 
 const char kSocket[] = "/var/run/qvd-control";
 
-// An 8-byte message laid out by hand: command then value, least significant byte first.
-std::string Message(uint32_t command, uint32_t value) {
-  std::string bytes(8, '\0');
-  for (int i = 0; i < 4; ++i) {
-    bytes[i] = static_cast<char>((command >> (8 * i)) & 0xFF);
-    bytes[4 + i] = static_cast<char>((value >> (8 * i)) & 0xFF);
-  }
-  return bytes;
-}
+std::string Message(uint32_t command, uint32_t value) { return FakeDaemon::Message(command, value); }
 
 std::set<std::string> OpenSockets() {
   std::set<std::string> sockets;

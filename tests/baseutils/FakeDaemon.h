@@ -10,6 +10,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <mutex>
@@ -40,6 +41,16 @@ class FakeDaemon {
   }
 
   ~FakeDaemon() { Join(); }
+
+  // An 8-byte message laid out by hand: command then value, least significant byte first.
+  static std::string Message(uint32_t command, uint32_t value) {
+    std::string bytes(8, '\0');
+    for (int i = 0; i < 4; ++i) {
+      bytes[i] = static_cast<char>((command >> (8 * i)) & 0xFF);
+      bytes[4 + i] = static_cast<char>((value >> (8 * i)) & 0xFF);
+    }
+    return bytes;
+  }
 
   FakeDaemon(const FakeDaemon&) = delete;
   FakeDaemon& operator=(const FakeDaemon&) = delete;

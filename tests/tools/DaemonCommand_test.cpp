@@ -11,16 +11,9 @@
 
 namespace {
 
-std::string Message(uint32_t command, uint32_t value) {
-  std::string bytes(8, '\0');
-  for (int i = 0; i < 4; ++i) {
-    bytes[i] = static_cast<char>((command >> (8 * i)) & 0xFF);
-    bytes[4 + i] = static_cast<char>((value >> (8 * i)) & 0xFF);
-  }
-  return bytes;
-}
-
 typedef std::vector<std::string> Messages;
+
+std::string Message(uint32_t command, uint32_t value) { return FakeDaemon::Message(command, value); }
 
 }  // namespace
 
