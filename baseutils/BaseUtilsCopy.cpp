@@ -3,6 +3,8 @@
 
 #include <cstdio>
 
+#include <vireline/Platform.h>
+
 #include "baseutils/UpperLayers.h"
 #include "platform/DeviceStream.h"
 
@@ -42,6 +44,25 @@ bool BaseUtils::CopyPNGFile(const CPath& source, const CPath& destination) {
     if (!out.ok() || fwrite(buffer, 1, got, out.get()) != got) return false;
   }
   return !out.ok() || out.Close().ok();
+}
+
+bool BaseUtils::CopyAtomicFile(const CPath& source, const CPath& destination) {
+  vireline::DeviceStream in(source.c_str(), "r");
+  if (!in.ok()) return false;
+  FILE* out = fopenAtomic(destination.c_str(), "w");
+  if (out == nullptr) return false;
+  char buffer[kCopyStep];
+  size_t got;
+  while ((got = fread(buffer, 1, sizeof buffer, in.get())) > 0) {
+    if (fwrite(buffer, 1, got, out) != got) {
+      in.Close();
+      fcloseAtomic(out);
+      return false;
+    }
+  }
+  bool sourceClosed = in.Close().ok();
+  bool destinationClosed = fcloseAtomic(out) == 0;
+  return sourceClosed && destinationClosed;
 }
 
 bool BaseUtils::RecursiveCopy(const CPath& source, const CPath& destination) {

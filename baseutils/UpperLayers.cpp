@@ -1,6 +1,6 @@
-// Calls from the lower layers into the layers above them. A function whose
-// service is not part of the library yet answers as a device without that
-// service would: no player profiles, no package requests sent.
+// Calls from the lower layers into the layers above them: each one forwards
+// to the service that answers it, so the lower layers never name those
+// services themselves.
 #include "baseutils/UpperLayers.h"
 
 #include <cstring>
@@ -8,6 +8,7 @@
 #include <vireline/BaseUtils.h>
 #include <vireline/CPlayerProfile.h>
 #include <vireline/CLogFile.h>
+#include <vireline/CMetaInfo.h>
 #include <vireline/CSystem.h>
 #include <vireline/CSystemData.h>
 #include <vireline/LogEvents.h>
@@ -88,7 +89,7 @@ bool HasDoomPackage(const CPath& folder) {
 }
 
 void RequestPackageQVC(const CString& id, const CString& version) {
-  PlatformDebug(kDataObjectsDebugModule).DebugOut(2, "RequestPackageQVC: %s %s\n", id.c_str(), version.c_str());
+  BaseUtils::Instance()->RequestPackageQVC(id, version);
 }
 
 CPath ProgramFilesPath() { return CSystemData::Instance()->GetProgramFilesPath(); }
@@ -122,6 +123,12 @@ bool LogProfileSet() { return CLogFile::Instance()->IsProfileSet(); }
 void AppendLogRecord(CLogData& record) { CLogFile::Instance()->Append(record); }
 
 void InitLogFile(FILE* file, tPlayerID slot) { CLogFile::Instance()->InitLogFile(file, slot); }
+
+CString PackageVersion(const CPath& folder) { return LTM::CMetaInfo(folder).GetPackageVersion(); }
+
+CString PackageTagString(const CPath& folder, const CString& key) { return LTM::CMetaInfo(folder).GetTagString(key); }
+
+U32 PackageTagInt(const CPath& folder, const CString& key) { return LTM::CMetaInfo(folder).GetTagInt(key); }
 
 }  // namespace upper
 }  // namespace vireline

@@ -108,6 +108,17 @@ void AppendLogRecord(CLogData& record);
 // Gives the open log file of `slot` a fresh header when it has none.
 void InitLogFile(FILE* file, tPlayerID slot);
 
+// Device services.
+
+// The package version in the metadata of package folder `folder`.
+CString PackageVersion(const CPath& folder);
+
+// The text tag `key` of the metadata of package folder `folder`; empty when missing.
+CString PackageTagString(const CPath& folder, const CString& key);
+
+// The number tag `key` of the metadata of package folder `folder`; 0xFFFFFFFF when missing.
+U32 PackageTagInt(const CPath& folder, const CString& key);
+
 }  // namespace upper
 }  // namespace vireline
 

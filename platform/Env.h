@@ -41,6 +41,9 @@ class Env {
   // The process-wide device-rooted POSIX environment.
   static Env* Default();
 
+  // The POSIX environment under Default, which takes host paths as they are.
+  static Env* Host();
+
   // Opens a C stream on `path` (fopen modes); failures leave *stream null.
   virtual Result OpenStream(const std::string& path, const char* mode, FILE** stream) = 0;
 

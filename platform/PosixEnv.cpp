@@ -205,9 +205,13 @@ class PosixEnv : public Env {
 
 }  // namespace
 
-Env* Env::Default() {
+Env* Env::Host() {
   static PosixEnv* hostEnv = new PosixEnv;  // never destroyed: used until exit
-  static DeviceRootEnv* deviceEnv = new DeviceRootEnv(hostEnv);
+  return hostEnv;
+}
+
+Env* Env::Default() {
+  static DeviceRootEnv* deviceEnv = new DeviceRootEnv(Host());  // never destroyed: used until exit
   return deviceEnv;
 }
 

@@ -37,3 +37,4 @@ run avatars --player 1
 run mdls --player 0 --title /QV/Bulk/ProgramFiles/MathMountain
 run consumables --title /QV/Bulk/ProgramFiles/MathMountain
 run dataset /QV/Bulk/Data/Datasets/dino.dsetBin /QV/Bulk/Data/Datasets/dino.relinkBin
+run daemon volume || true  # the sample image has no daemon: shows how that is reported

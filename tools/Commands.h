@@ -73,6 +73,9 @@ void RegisterProfilesCommand(CLI::App& program, Action* action);
 // `vireline profile remove SLOT --yes`: removes a player's profile and data.
 void RegisterProfileCommand(CLI::App& program, Action* action);
 
+// `vireline daemon volume|brightness|set-brightness N|set-rtc T [--json]`: requests to the system daemon.
+void RegisterDaemonCommand(CLI::App& program, Action* action);
+
 }  // namespace tools
 }  // namespace vireline
 

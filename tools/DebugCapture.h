@@ -32,6 +32,16 @@ class DebugCapture {
   // The texts collected so far, in order.
   const std::vector<std::string>& texts() const { return Texts(); }
 
+  // The texts collected so far without their closing line feed, for showing as lines.
+  std::vector<std::string> lines() const {
+    std::vector<std::string> lines;
+    for (std::string text : Texts()) {
+      if (!text.empty() && text.back() == '\n') text.pop_back();
+      lines.push_back(text);
+    }
+    return lines;
+  }
+
  private:
   static std::vector<std::string>& Texts() {
     static std::vector<std::string> texts;

@@ -1,6 +1,8 @@
 // `vireline deps DIR`: runs the dependency check of the package in DIR, as an
-// application does before it starts, and shows what was requested. The
-// requests are collected from what the library reports while it makes them.
+// application does before it starts, and shows what it requested. The check
+// writes its requests as files for the desktop connect application; here it
+// runs over a scratch overlay, so the requests are read back from the files
+// it wrote there and nothing is written into the device image.
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -10,6 +12,7 @@
 #include <vireline/BaseUtils.h>
 #include <vireline/vireline.h>
 
+#include "platform/ScratchOverlayEnv.h"
 #include "tools/Commands.h"
 #include "tools/DebugCapture.h"
 #include "tools/KeyValueDisplay.h"
@@ -18,12 +21,14 @@ namespace vireline {
 namespace tools {
 namespace {
 
-const int kRequestLevel = 2;  // package requests and list errors are reported at this level
-const char kRequestPrefix[] = "RequestPackageQVC: ";
+const int kNoteLevel = 2;  // list errors are reported at this level
+const char kRequestSuffix[] = ".txt";
+const char kAddToDevice[] = "AddToDevice";
 
 struct Request {
   std::string id;
   std::string version;
+  std::string file;  // the request file the check wrote
 };
 
 // What the check did: its mask, its requests and anything else it reported.
@@ -33,25 +38,39 @@ struct CheckReport {
   std::vector<std::string> notes;
 };
 
-std::string WithoutLineFeed(std::string text) {
-  if (!text.empty() && text.back() == '\n') text.pop_back();
-  return text;
+bool EndsWith(const std::string& text, const std::string& end) {
+  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
-CheckReport Check(const std::string& dir) {
-  CheckReport report{0, {}, {}};
-  DebugCapture capture(kRequestLevel);
-  report.result = LTM::CMetaInfo(dir).CheckCartDependencies();
-  for (const std::string& text : capture.texts()) {
-    if (text.compare(0, sizeof kRequestPrefix - 1, kRequestPrefix) != 0) {
-      report.notes.push_back(WithoutLineFeed(text));
-      continue;
-    }
-    std::string request = WithoutLineFeed(text.substr(sizeof kRequestPrefix - 1));
-    size_t blank = request.find(' ');
-    report.requests.push_back(blank == std::string::npos ? Request{request, ""}
-                                                         : Request{request.substr(0, blank), request.substr(blank + 1)});
+// The package requests among the files written into `inventory`, in name order.
+std::vector<Request> RequestsWritten(const std::vector<std::string>& written, const std::string& inventory) {
+  std::vector<Request> requests;
+  for (const std::string& path : written) {
+    if (path.compare(0, inventory.size(), inventory) != 0 || !EndsWith(path, kRequestSuffix)) continue;
+    std::string name = path.substr(inventory.size());
+    if (name.find('/') != std::string::npos) continue;
+    CFileIO file;
+    file.Open(path.c_str());
+    const char* command = file.GetStr("Command");
+    if (command == nullptr || std::string(command) != kAddToDevice) continue;
+    const char* version = file.GetStr("Version");
+    requests.push_back(
+        Request{name.substr(0, name.size() - (sizeof kRequestSuffix - 1)), version ? version : "", path});
   }
+  return requests;
+}
+
+CheckReport Check(const std::string& dir, ScratchOverlayEnv* overlay) {
+  CheckReport report{0, {}, {}};
+  Env::SetCurrent(overlay);
+  {
+    DebugCapture capture(kNoteLevel);
+    report.result = LTM::CMetaInfo(dir).CheckCartDependencies();
+    report.notes = capture.lines();
+  }
+  std::string inventory = CSystemData::Instance()->GetManageInventoryPath();
+  report.requests = RequestsWritten(overlay->WrittenFiles(), inventory);
+  Env::SetCurrent(nullptr);
   return report;
 }
 
@@ -92,6 +111,7 @@ void PrintJsonOf(const std::string& metaInf, const CheckReport& report) {
     Json::Value item(Json::objectValue);
     item["id"] = DisplayText(request.id.c_str());
     item["version"] = DisplayText(request.version.c_str());
+    item["file"] = DisplayText(request.file.c_str());
     json["requests"].append(item);
   }
   json["notes"] = Json::Value(Json::arrayValue);
@@ -103,7 +123,12 @@ int RunDeps(const std::string& dir, bool json) {
   std::string path;
   int status = PackageMetaInf("deps", dir, &path);
   if (status != kSuccess) return status;
-  CheckReport report = Check(dir);
+  ScratchOverlayEnv overlay(Env::Current(), Env::Host());
+  if (!overlay.ok()) {
+    std::fprintf(stderr, "vireline deps: cannot make a scratch folder for the check's requests\n");
+    return kIoError;
+  }
+  CheckReport report = Check(dir, &overlay);
   if (json) {
     PrintJsonOf(path, report);
   } else {
@@ -115,7 +140,8 @@ int RunDeps(const std::string& dir, bool json) {
 }  // namespace
 
 void RegisterDepsCommand(CLI::App& program, Action* action) {
-  auto* deps = program.add_subcommand("deps", "Run a package's dependency check and show what it requested");
+  auto* deps = program.add_subcommand(
+      "deps", "Run a package's dependency check and show what it would request (the image is not changed)");
   static std::string dir;  // must outlive the parse and the action
   static bool json = false;
   deps->add_option("DIR", dir, "The package folder, as a device path (below --root)")->required();

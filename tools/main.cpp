@@ -48,6 +48,7 @@ int main(int argc, char** argv) {
   vireline::tools::RegisterMilestonesCommand(program, &action);
   vireline::tools::RegisterProfilesCommand(program, &action);
   vireline::tools::RegisterProfileCommand(program, &action);
+  vireline::tools::RegisterDaemonCommand(program, &action);
 
   try {
     program.parse(argc, argv);

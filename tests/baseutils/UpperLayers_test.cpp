@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <vireline/CSystemData.h>
+
 #include "DeviceRootTest.h"
+#include "RequestFiles.h"
 
 using vireline::upper::CompareVersion;
 
@@ -46,4 +49,11 @@ TEST_F(UpperLayersTest, ADoomMarkerIsFoundWithOrWithoutATrailingSlash) {
   EXPECT_TRUE(vireline::upper::HasDoomPackage("/QV/Bulk/Pack"));
   EXPECT_TRUE(vireline::upper::HasDoomPackage("/QV/Bulk/Pack/"));
   EXPECT_FALSE(vireline::upper::HasDoomPackage("/QV/Bulk/Other"));
+}
+
+TEST_F(UpperLayersTest, PackageRequestsLeaveRequestFilesForTheConnectApplication) {
+  vireline::upper::RequestPackageQVC("APP-3", "4.0");
+  vireline::upper::RequestPackageQVC("APP-4", "");
+  EXPECT_EQ(PackageRequestsIn(CSystemData::Instance()->GetManageInventoryPath()),
+            (std::vector<std::string>{"APP-3 4.0", "APP-4 "}));
 }

@@ -7,7 +7,9 @@
 #include <vector>
 
 #include <vireline/CMetaInfo.h>
+#include <vireline/CSystemData.h>
 
+#include "RequestFiles.h"
 #include "ltm/DataObjectTest.h"
 
 using LTM::CMetaInfo;
@@ -15,7 +17,6 @@ using LTM::CMetaInfo;
 namespace {
 
 const char kApp[] = "/QV/Bulk/ProgramFiles/App";
-const char kRequestPrefix[] = "RequestPackageQVC: ";
 
 const U32 kApplication = CMetaInfo::kRequestedApplication;
 const U32 kLanguagePack = CMetaInfo::kRequestedLanguagePack;
@@ -48,16 +49,10 @@ class CartDependenciesTest : public DataObjectTest {
     return CMetaInfo(kApp).CheckCartDependencies();
   }
 
-  // The packages requested so far, as "id version".
+  // The packages requested so far: the request files left for the desktop
+  // connect application, as "id version", in name order.
   static std::vector<std::string> Requests() {
-    std::vector<std::string> requests;
-    for (const DebugMessage& message : Messages()) {
-      if (message.text.compare(0, sizeof kRequestPrefix - 1, kRequestPrefix) != 0) continue;
-      std::string request = message.text.substr(sizeof kRequestPrefix - 1);
-      if (!request.empty() && request.back() == '\n') request.pop_back();
-      requests.push_back(request);
-    }
-    return requests;
+    return PackageRequestsIn(CSystemData::Instance()->GetManageInventoryPath());
   }
 
   typedef std::vector<std::string> Strings;

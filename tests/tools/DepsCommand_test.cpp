@@ -1,13 +1,58 @@
-// The requests shown are those the library reports while it makes them.
+// The requests shown are the request files the check writes, read back from
+// the scratch overlay it runs on: the device image itself never changes.
 #include <gtest/gtest.h>
 
+#include <stdlib.h>
+
+#include <filesystem>
+#include <map>
 #include <string>
+
+#include <vireline/CSystemData.h>
 
 #include "tools/SampleImageTest.h"
 
+namespace {
+
+// Every file of a host tree with its content.
+std::map<std::string, std::string> Snapshot(const std::string& root) {
+  std::map<std::string, std::string> files;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
+    std::string path = entry.path().string();
+    files[path] = entry.is_regular_file() ? std::string() : "<folder>";
+    if (entry.is_regular_file()) {
+      FILE* in = fopen(path.c_str(), "rb");
+      char buffer[4096];
+      size_t got;
+      while (in != nullptr && (got = fread(buffer, 1, sizeof buffer, in)) > 0) files[path].append(buffer, got);
+      if (in != nullptr) fclose(in);
+    }
+  }
+  return files;
+}
+
+}  // namespace
+
 class DepsCommandTest : public SampleImageTest {
  protected:
+  void SetUp() override {
+    SampleImageTest::SetUp();
+    std::filesystem::create_directories(mRoot + ".tmp");
+    setenv("TMPDIR", (mRoot + ".tmp").c_str(), 1);  // where the inspector makes its scratch folder
+  }
+
+  void TearDown() override {
+    unsetenv("TMPDIR");
+    std::filesystem::remove_all(mRoot + ".tmp");
+    SampleImageTest::TearDown();
+  }
+
   InspectorRun Deps(const std::string& arguments) const { return Run("deps " + arguments); }
+
+  // The request file of package `id` in the current player's inventory folder.
+  static std::string RequestFile(const std::string& id) {
+    return CSystemData::Instance()->GetManageInventoryPath() + id + ".txt";
+  }
 };
 
 TEST_F(DepsCommandTest, PrintsTheResultAndTheRequests) {
@@ -96,4 +141,46 @@ TEST_F(DepsCommandTest, FolderPathThatDoesNotFitIsAUsageError) {
   InspectorRun run = Deps("/" + std::string(300, 'x'));
   EXPECT_EQ(run.exitStatus, 2);
   EXPECT_NE(run.err.find("not a usable package folder"), std::string::npos) << run.err;
+}
+
+TEST_F(DepsCommandTest, LeavesTheImageAsItWas) {
+  std::map<std::string, std::string> before = Snapshot(mRoot);
+  InspectorRun run = Deps("/QV/Bulk/ProgramFiles/StoryTime");
+  EXPECT_EQ(run.exitStatus, 0);
+  EXPECT_NE(run.out.find("requested       APP-PAINT-0300 1.0\n"), std::string::npos) << run.out;
+  EXPECT_EQ(Snapshot(mRoot), before);
+  EXPECT_TRUE(std::filesystem::is_empty(mRoot + ".tmp"));  // the scratch folder is gone too
+}
+
+TEST_F(DepsCommandTest, JsonNamesTheRequestFileTheCheckWouldWrite) {
+  std::string file = RequestFile("APP-PAINT-0300");
+  Json::Value json = ParseJson(Deps("/QV/Bulk/ProgramFiles/StoryTime --json").out);
+  ASSERT_EQ(json["requests"].size(), 2u);
+  EXPECT_EQ(json["requests"][0]["file"].asString(), file);
+  EXPECT_FALSE(Exists(file));
+}
+
+TEST_F(DepsCommandTest, StoredNewerRequestIsNotRequestedAgain) {
+  WriteFile(RequestFile("APP-PAINT-0300"), "Command=AddToDevice\nVersion=2.0\n");
+  Json::Value json = ParseJson(Deps("/QV/Bulk/ProgramFiles/StoryTime --json").out);
+  ASSERT_EQ(json["requests"].size(), 1u);
+  EXPECT_EQ(json["requests"][0]["id"].asString(), "KVR9-0x00170030-000002");
+  EXPECT_EQ(ReadFile(RequestFile("APP-PAINT-0300")), "Command=AddToDevice\nVersion=2.0\n");
+}
+
+TEST_F(DepsCommandTest, StoredOlderRequestIsShownRaisedButStaysAsItWas) {
+  WriteFile(RequestFile("APP-PAINT-0300"), "Command=AddToDevice\nVersion=0.9\n");
+  Json::Value json = ParseJson(Deps("/QV/Bulk/ProgramFiles/StoryTime --json").out);
+  ASSERT_EQ(json["requests"].size(), 2u);
+  EXPECT_EQ(json["requests"][0]["id"].asString(), "APP-PAINT-0300");
+  EXPECT_EQ(json["requests"][0]["version"].asString(), "1.0");
+  EXPECT_EQ(ReadFile(RequestFile("APP-PAINT-0300")), "Command=AddToDevice\nVersion=0.9\n");
+}
+
+TEST_F(DepsCommandTest, NoScratchFolderIsAnIoError) {
+  setenv("TMPDIR", (mRoot + "/no/such/folder").c_str(), 1);
+  InspectorRun run = Deps("/QV/Bulk/ProgramFiles/StoryTime");
+  EXPECT_EQ(run.exitStatus, 3);
+  EXPECT_EQ(run.err, "vireline deps: cannot make a scratch folder for the check's requests\n");
+  EXPECT_EQ(run.out, "");
 }
