@@ -67,6 +67,15 @@ void RegisterCyoCommand(CLI::App& program, Action* action);
 // `vireline milestones [--player N] [--json]` and `milestones add|remove NAME`: a player's milestones.
 void RegisterMilestonesCommand(CLI::App& program, Action* action);
 
+// `vireline checksum PATH [--write FILE.crc | --verify FILE.crc]`: the CRC-32 of a file or folder tree.
+void RegisterChecksumCommand(CLI::App& program, Action* action);
+
+// `vireline doom [--json]` and `doom --critical --yes`: doom markers, and the check of the critical content.
+void RegisterDoomCommand(CLI::App& program, Action* action);
+
+// `vireline version-compare A B`: how the library orders two package versions.
+void RegisterVersionCompareCommand(CLI::App& program, Action* action);
+
 }  // namespace tools
 }  // namespace vireline
 

@@ -32,6 +32,15 @@ class DebugCapture {
   // The texts collected so far, in order.
   const std::vector<std::string>& texts() const { return Texts(); }
 
+  // The texts collected so far, each without its final line feed.
+  std::vector<std::string> lines() const {
+    std::vector<std::string> lines = Texts();
+    for (std::string& line : lines) {
+      if (!line.empty() && line.back() == '\n') line.pop_back();
+    }
+    return lines;
+  }
+
  private:
   static std::vector<std::string>& Texts() {
     static std::vector<std::string> texts;

@@ -46,6 +46,9 @@ int main(int argc, char** argv) {
   vireline::tools::RegisterDatasetCommand(program, &action);
   vireline::tools::RegisterCyoCommand(program, &action);
   vireline::tools::RegisterMilestonesCommand(program, &action);
+  vireline::tools::RegisterChecksumCommand(program, &action);
+  vireline::tools::RegisterDoomCommand(program, &action);
+  vireline::tools::RegisterVersionCompareCommand(program, &action);
 
   try {
     program.parse(argc, argv);
