@@ -26,10 +26,13 @@ const char kChecksumSuffix[] = ".crc";
 const int kUnreadableFileLevel = 3;
 
 // One walk: the running CRC-32 in zlib's form (the register complemented, so
-// that a walk that reads nothing gives 0) and the batch the blocks gather in.
+// that a walk that reads nothing gives 0), the batch the blocks gather in,
+// and the buffer every file's stream reads ahead into: one large read per
+// batch instead of one per 4 KiB, and no buffer allocated per file.
 struct ChecksumWalk {
   uLong crc = crc32(0L, Z_NULL, 0);
   std::vector<unsigned char> batch = std::vector<unsigned char>(kBatchSize);
+  std::vector<char> streamBuffer = std::vector<char>(kBatchSize);
 };
 
 // The text from the last "." of the whole path is ".crc": checksum files
@@ -47,6 +50,7 @@ void FeedFile(const CPath& path, ChecksumWalk* walk) {
         .DebugOut(kUnreadableFileLevel, "CalculateChecksumHelper unable to open file %s\n", path.c_str());
     return;
   }
+  std::setvbuf(file.get(), walk->streamBuffer.data(), _IOFBF, walk->streamBuffer.size());  // before any read
   unsigned char* batch = walk->batch.data();
   size_t filled = 0;
   size_t count;
@@ -60,37 +64,39 @@ void FeedFile(const CPath& path, ChecksumWalk* walk) {
   walk->crc = crc32(walk->crc, batch, static_cast<uInt>(filled));
 }
 
-void FeedEntry(const CPath& path, ChecksumWalk* walk);
+void FeedEntry(const CPath& path, vireline::FileType type, ChecksumWalk* walk);
 
 // Every entry of a folder in listing order, as EnumFolder with kSelectAll
-// hands them out, but with one look at each entry instead of two: a tree of
-// small files costs little more than opening them.
+// hands them out, but typed by the listing itself: a tree of small files
+// then costs little more than opening them.
 void FeedFolder(const CPath& folder, ChecksumWalk* walk) {
   CPath prefix = folder;
   if (prefix.empty() || prefix[prefix.size() - 1] != '/') prefix += "/";
-  std::vector<std::string> names;
-  if (!vireline::Env::Current()->ListDir(prefix.raw(), &names).ok()) return;
-  for (const std::string& name : names) FeedEntry(prefix + name, walk);
+  std::vector<vireline::DirEntry> entries;
+  if (!vireline::Env::Current()->ListDirEntries(prefix.raw(), &entries).ok()) return;
+  for (const vireline::DirEntry& entry : entries) FeedEntry(prefix + entry.name, entry.type, walk);
 }
 
 // Real folders are entered, depth first. A link is followed to a file but
 // never into a folder, since a link back up the tree would make the walk
-// endless; a link to nothing is passed over, as EnumFolder does.
-void FeedEntry(const CPath& path, ChecksumWalk* walk) {
-  vireline::FileInfo info;
-  vireline::Env* env = vireline::Env::Current();
-  if (!env->LinkStat(path.raw(), &info).ok()) return;
-  if (info.type == vireline::FileType::kDirectory) return FeedFolder(path, walk);
-  if (info.type == vireline::FileType::kSymbolicLink &&
-      (!env->Stat(path.raw(), &info).ok() || info.type == vireline::FileType::kDirectory)) {
-    return;
+// endless; what cannot be looked at (a link to nothing, an entry removed
+// meanwhile) is passed over, as EnumFolder does.
+void FeedEntry(const CPath& path, vireline::FileType type, ChecksumWalk* walk) {
+  if (type == vireline::FileType::kDirectory) return FeedFolder(path, walk);
+  if (type != vireline::FileType::kRegular) {
+    vireline::FileInfo target;
+    if (!vireline::Env::Current()->Stat(path.raw(), &target).ok() || target.type == vireline::FileType::kDirectory) {
+      return;
+    }
   }
   if (!IsChecksumFile(path)) FeedFile(path, walk);
 }
 
-// The callback of the top level, which EnumFolder filters.
+// The callback of the top level, which EnumFolder filters (following links).
 unsigned char ChecksumEntry(const CPath& path, void* context) {
-  FeedEntry(path, static_cast<ChecksumWalk*>(context));
+  vireline::FileInfo info;
+  vireline::FileType type = vireline::Env::Current()->LinkStat(path.raw(), &info).ok() ? info.type : vireline::FileType::kOther;
+  FeedEntry(path, type, static_cast<ChecksumWalk*>(context));
   return 1;
 }
 
