@@ -182,6 +182,14 @@ TEST_F(BaseUtilsDoomTest, AMissingFolderBelowAudioDoomsThePackAboveIt) {
   EXPECT_TRUE(BaseUtils::Instance()->HasDoomPackage());
 }
 
+TEST_F(BaseUtilsDoomTest, FindingsAreLevelOneMessages) {
+  WriteTamselList("{\"FolderList\":[\"/QV/Bulk/Gone\"]}");
+  CaptureDebugOutput();
+  PlatformDebug().SetMasterDebugLevel(1);
+  EXPECT_TRUE(BaseUtils::Instance()->HasDoomPackageCritical());
+  EXPECT_EQ(DebugOutput(), "HasDoomPackageCritical: missing critical folder /QV/Bulk/Gone\n");
+}
+
 TEST_F(BaseUtilsDoomTest, TheAudioCutIsAPlainSubstringMatch) {
   WriteTamselList("{\"FolderList\":[\"/QV/Base/K9W_en/AudioBooks/Story\"]}");
   EXPECT_TRUE(Critical());
