@@ -57,7 +57,7 @@ void AddLanguage(const LanguageInfo& info, std::vector<LanguageInfo>* list) {
 unsigned char AddLanguagePack(const CPath& folder, void* context) {
   BaseUtils* utils = BaseUtils::Instance();
   CPath document = folder + "/Data/SelectLanguage.json";
-  if (utils->FileExists(folder + "/doom") || !utils->FileExists(document)) return 1;
+  if (utils->HasDoomPackage(folder) || !utils->FileExists(document)) return 1;
   LTM::CJSonFile file(document, 0);
   if (file.Load() != 0) return 1;
   AddLanguage(ReadLanguage(file.mRoot), static_cast<std::vector<LanguageInfo>*>(context));

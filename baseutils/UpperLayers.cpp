@@ -3,8 +3,6 @@
 // services themselves.
 #include "baseutils/UpperLayers.h"
 
-#include <cstring>
-
 #include <vireline/BaseUtils.h>
 #include <vireline/CPlayerProfile.h>
 #include <vireline/CLogFile.h>
@@ -19,26 +17,6 @@
 
 namespace vireline {
 namespace upper {
-
-namespace {
-
-const size_t kVersionTextSize = 64;
-const char kVersionDelimiters[] = ".-_";
-
-// Splits at most 63 characters of `text` into tokens on any of ".-_".
-std::vector<std::string> VersionTokens(const CString& text) {
-  char buffer[kVersionTextSize] = {0};
-  std::strncpy(buffer, text.c_str(), kVersionTextSize - 1);
-  std::vector<std::string> tokens;
-  char* save = nullptr;
-  for (char* token = strtok_r(buffer, kVersionDelimiters, &save); token != nullptr;
-       token = strtok_r(nullptr, kVersionDelimiters, &save)) {
-    tokens.push_back(token);
-  }
-  return tokens;
-}
-
-}  // namespace
 
 void AppendCriticalError(const char* message) {
   CLogFile* log = CLogFile::Instance();
@@ -67,26 +45,9 @@ bool ZantoLegacyFlag() { return CSystemData::Instance()->GetZantoLegacyFlag(); }
 
 CString PlayerProfileName(int slot) { return LTM::CPlayerProfile(slot).GetName(); }
 
-// Token by token: a longer token is newer, equal lengths compare byte-wise,
-// and a version equals its own prefix, as the device firmware has always done.
-int CompareVersion(const CString& a, const CString& b) {
-  std::vector<std::string> left = VersionTokens(a);
-  std::vector<std::string> right = VersionTokens(b);
-  for (size_t i = 0; i < left.size() && i < right.size(); ++i) {
-    if (left[i].size() != right[i].size()) {
-      return static_cast<int>(left[i].size()) - static_cast<int>(right[i].size());
-    }
-    int order = std::strcmp(left[i].c_str(), right[i].c_str());
-    if (order != 0) return order;
-  }
-  return 0;
-}
+int CompareVersion(const CString& a, const CString& b) { return BaseUtils::Instance()->CompareVersion(a, b); }
 
-bool HasDoomPackage(const CPath& folder) {
-  CPath marker = folder;
-  if (marker.empty() || marker[marker.size() - 1] != '/') marker += "/";
-  return BaseUtils::Instance()->FileExists(marker + "doom");
-}
+bool HasDoomPackage(const CPath& folder) { return BaseUtils::Instance()->HasDoomPackage(folder); }
 
 void RequestPackageQVC(const CString& id, const CString& version) {
   BaseUtils::Instance()->RequestPackageQVC(id, version);

@@ -6,6 +6,8 @@
 
 #include <vireline/COrvoInterface.h>
 
+#include "files/DoomMarker.h"
+
 namespace {
 
 const uint32_t kIntegrityPathSize = 256;
@@ -221,7 +223,7 @@ bool CPkgPathBase::CheckDeviceIntegrity() const {
   uint32_t volumes = mConfig ? mConfig->numVolumes : 0;
   for (tDeviceVolumeId vol = 0; vol < volumes; ++vol) {
     char path[kIntegrityPathSize];
-    GetRootDir(path, sizeof path, vol, "doom");
+    GetRootDir(path, sizeof path, vol, vireline::kDoomMarkerName);
     if (Exists(path)) return false;
   }
   return true;
@@ -234,7 +236,5 @@ bool CPkgPathBase::CheckPackageIntegrity(const tPackageType& type, const char* n
   std::snprintf(package, sizeof package, "%s/%s", folder, OrEmpty(name));
   tStatLite info;
   if (!COrvoInterface::Stat(package, &info, false) || info.type != 2) return false;
-  char marker[kIntegrityPathSize * 2 + 8];
-  std::snprintf(marker, sizeof marker, "%s/doom", package);
-  return !Exists(marker);
+  return !vireline::HasDoomMarker(package);
 }

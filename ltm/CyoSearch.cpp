@@ -57,7 +57,7 @@ unsigned char FindSetInFolder(const CPath& folder, void* context) {
 
 bool FolderMayHoldSet(const CPath& folder) {
   BaseUtils* utils = BaseUtils::Instance();
-  return !utils->FileExists(folder + "/doom") && utils->FileExists(folder + "/meta.inf") && !upper::ZantoLegacyFlag();
+  return !utils->HasDoomPackage(folder) && utils->FileExists(folder + "/meta.inf") && !upper::ZantoLegacyFlag();
 }
 
 bool TypeName(LTM::tCyoCurricType type, CString* name) {

@@ -8,7 +8,6 @@
 namespace LTM {
 namespace {
 
-const char kDoomMarker[] = "/doom";
 const char kMetaInf[] = "/meta.inf";
 const char kKeyType[] = "Type";
 const U32 kDeviceAccessEveryone = 1;
@@ -21,7 +20,7 @@ CPackageCandidate::~CPackageCandidate() = default;
 
 bool CPackageCandidate::IsUsable() {
   BaseUtils* utils = BaseUtils::Instance();
-  if (utils->FileExists(mFolder + kDoomMarker)) return false;
+  if (utils->HasDoomPackage(mFolder)) return false;
   if (!utils->FileExists(mFolder + kMetaInf)) return false;
   mpMeta.reset(new CMetaInfo(mFolder));
   return mpMeta->IsValid();

@@ -38,6 +38,10 @@ Result DeviceRootEnv::ChangeMode(const std::string& path, uint32_t mode) {
 Result DeviceRootEnv::ListDir(const std::string& path, std::vector<std::string>* names) {
   return target()->ListDir(MapDevicePath(path), names);
 }
+
+Result DeviceRootEnv::ListDirEntries(const std::string& path, std::vector<DirEntry>* entries) {
+  return target()->ListDirEntries(MapDevicePath(path), entries);
+}
 Result DeviceRootEnv::SyncDir(const std::string& path) { return target()->SyncDir(MapDevicePath(path)); }
 Result DeviceRootEnv::StatFs(const std::string& path, FsInfo* info) {
   return target()->StatFs(MapDevicePath(path), info);

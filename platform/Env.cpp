@@ -50,6 +50,10 @@ Result EnvWrapper::ChangeMode(const std::string& path, uint32_t mode) { return m
 Result EnvWrapper::ListDir(const std::string& path, std::vector<std::string>* names) {
   return mTarget->ListDir(path, names);
 }
+
+Result EnvWrapper::ListDirEntries(const std::string& path, std::vector<DirEntry>* entries) {
+  return mTarget->ListDirEntries(path, entries);
+}
 Result EnvWrapper::SyncDir(const std::string& path) { return mTarget->SyncDir(path); }
 Result EnvWrapper::StatFs(const std::string& path, FsInfo* info) { return mTarget->StatFs(path, info); }
 Result EnvWrapper::RunCommand(const std::string& command, int* exitStatus) {

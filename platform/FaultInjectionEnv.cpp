@@ -178,6 +178,10 @@ Result FaultInjectionEnv::ListDir(const std::string& path, std::vector<std::stri
   return Guard(kListDir, [&] { return target()->ListDir(path, names); });
 }
 
+Result FaultInjectionEnv::ListDirEntries(const std::string& path, std::vector<DirEntry>* entries) {
+  return Guard(kListDir, [&] { return target()->ListDirEntries(path, entries); });
+}
+
 Result FaultInjectionEnv::SyncDir(const std::string& path) {
   return Guard(kSyncDir, [&] { return target()->SyncDir(path); });
 }

@@ -64,6 +64,7 @@ class FaultInjectionEnv : public EnvWrapper {
   Result Rename(const std::string& from, const std::string& to) override;
   Result ChangeMode(const std::string& path, uint32_t mode) override;
   Result ListDir(const std::string& path, std::vector<std::string>* names) override;
+  Result ListDirEntries(const std::string& path, std::vector<DirEntry>* entries) override;
   Result SyncDir(const std::string& path) override;
   Result StatFs(const std::string& path, FsInfo* info) override;
   Result RunCommand(const std::string& command, int* exitStatus) override;

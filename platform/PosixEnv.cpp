@@ -33,6 +33,19 @@ FileType TypeOf(mode_t mode) {
   return FileType::kOther;
 }
 
+// The type readdir reports; file systems that do not report one are asked with lstat.
+FileType EntryType(const std::string& prefix, const struct dirent64& entry) {
+  switch (entry.d_type) {
+    case DT_REG: return FileType::kRegular;
+    case DT_DIR: return FileType::kDirectory;
+    case DT_LNK: return FileType::kSymbolicLink;
+    case DT_UNKNOWN: break;
+    default: return FileType::kOther;
+  }
+  struct stat64 st;
+  return ::lstat64((prefix + entry.d_name).c_str(), &st) == 0 ? TypeOf(st.st_mode) : FileType::kOther;
+}
+
 // Fills [offset, offset + length) of a plain file with the erased-flash value.
 Result FillErased(int fd, uint32_t offset, uint32_t length) {
   char erased[4096];
@@ -131,6 +144,22 @@ class PosixEnv : public Env {
       if (std::strcmp(entry->d_name, ".") != 0 && std::strcmp(entry->d_name, "..") != 0) {
         names->push_back(entry->d_name);
       }
+    }
+    ::closedir(dir);
+    return Result::Ok();
+  }
+
+  Result ListDirEntries(const std::string& path, std::vector<DirEntry>* entries) override {
+    entries->clear();
+    DIR* dir = ::opendir(path.c_str());
+    if (dir == nullptr) return PosixError();
+    std::string prefix = path.empty() || path.back() == '/' ? path : path + "/";
+    while (struct dirent64* found = ::readdir64(dir)) {
+      if (std::strcmp(found->d_name, ".") == 0 || std::strcmp(found->d_name, "..") == 0) continue;
+      DirEntry entry;
+      entry.name = found->d_name;
+      entry.type = EntryType(prefix, *found);
+      entries->push_back(std::move(entry));
     }
     ::closedir(dir);
     return Result::Ok();

@@ -38,3 +38,7 @@ run mdls --player 0 --title /QV/Bulk/ProgramFiles/MathMountain
 run consumables --title /QV/Bulk/ProgramFiles/MathMountain
 run dataset /QV/Bulk/Data/Datasets/dino.dsetBin /QV/Bulk/Data/Datasets/dino.relinkBin
 run daemon volume || true  # the sample image has no daemon: shows how that is reported
+run checksum /QV/Bulk/ProgramFiles/ZooKeeper --verify /QV/Bulk/ProgramFiles/ZooKeeper/ZooKeeper.crc
+run doom
+run doom --critical --yes
+run version-compare 1.10 1.9

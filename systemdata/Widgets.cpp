@@ -15,7 +15,7 @@ struct WidgetInfo {
 unsigned char CheckWidget(const CPath& folder, void* context) {
   WidgetInfo* info = static_cast<WidgetInfo*>(context);
   BaseUtils* utils = BaseUtils::Instance();
-  if (utils->FileExists(folder + "/doom")) return 1;  // being removed
+  if (utils->HasDoomPackage(folder)) return 1;  // being removed
   if (!utils->FileExists(folder + "/meta.inf")) return 1;
   LTM::CMetaInfo meta(folder);
   // A missing "DeviceHidden" reads as 0xFFFFFFFF and so counts as hidden, as it always has.

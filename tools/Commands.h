@@ -76,6 +76,15 @@ void RegisterProfileCommand(CLI::App& program, Action* action);
 // `vireline daemon volume|brightness|set-brightness N|set-rtc T [--json]`: requests to the system daemon.
 void RegisterDaemonCommand(CLI::App& program, Action* action);
 
+// `vireline checksum PATH [--write FILE.crc | --verify FILE.crc]`: the CRC-32 of a file or folder tree.
+void RegisterChecksumCommand(CLI::App& program, Action* action);
+
+// `vireline doom [--json]` and `doom --critical --yes`: doom markers, and the check of the critical content.
+void RegisterDoomCommand(CLI::App& program, Action* action);
+
+// `vireline version-compare A B`: how the library orders two package versions.
+void RegisterVersionCompareCommand(CLI::App& program, Action* action);
+
 }  // namespace tools
 }  // namespace vireline
 

@@ -32,12 +32,11 @@ class DebugCapture {
   // The texts collected so far, in order.
   const std::vector<std::string>& texts() const { return Texts(); }
 
-  // The texts collected so far without their closing line feed, for showing as lines.
+  // The texts collected so far, each without its final line feed.
   std::vector<std::string> lines() const {
-    std::vector<std::string> lines;
-    for (std::string text : Texts()) {
-      if (!text.empty() && text.back() == '\n') text.pop_back();
-      lines.push_back(text);
+    std::vector<std::string> lines = Texts();
+    for (std::string& line : lines) {
+      if (!line.empty() && line.back() == '\n') line.pop_back();
     }
     return lines;
   }

@@ -49,6 +49,9 @@ int main(int argc, char** argv) {
   vireline::tools::RegisterProfilesCommand(program, &action);
   vireline::tools::RegisterProfileCommand(program, &action);
   vireline::tools::RegisterDaemonCommand(program, &action);
+  vireline::tools::RegisterChecksumCommand(program, &action);
+  vireline::tools::RegisterDoomCommand(program, &action);
+  vireline::tools::RegisterVersionCompareCommand(program, &action);
 
   try {
     program.parse(argc, argv);
