@@ -47,7 +47,7 @@ bool BaseUtils::HasPatch(const CPath& packagePath) {
   if (!FileIsDir(patchPath)) return false;
   CString patchVersion = vireline::upper::PackageVersion(patchPath);
   CString systemVersion = vireline::upper::PackageVersion(vireline::upper::BasePath() + "lib/");
-  return vireline::upper::CompareVersion(patchVersion, systemVersion) > 0;
+  return CompareVersion(patchVersion, systemVersion) > 0;
 }
 
 bool BaseUtils::SetPatch(const CPath& libraryPath, const CString& package) {

@@ -23,7 +23,7 @@ void BaseUtils::RequestPackageQVC(const CString& packageId, const CString& versi
     request.Open(path.c_str());
     // A request written without a version is compared as an empty version.
     const char* stored = request.GetStr(kKeyVersion);
-    if (vireline::upper::CompareVersion(version, stored != nullptr ? stored : "") <= 0) return;
+    if (CompareVersion(version, stored != nullptr ? stored : "") <= 0) return;
     request.SetStr(kKeyVersion, version.c_str());
     request.Write();
     return;

@@ -1,8 +1,8 @@
 // The one seam through which the base utilities and the data objects call
 // the layers built above them (system paths, play log, player profiles,
 // checksum and doom checks, device services). Each function forwards to the
-// real service once it exists; until then UpperLayers.cpp states the interim
-// behaviour. Nothing else in the lower layers names those services directly.
+// service that answers it; nothing else in the lower layers names those
+// services directly.
 #ifndef VIRELINE_BASEUTILS_UPPERLAYERS_H_
 #define VIRELINE_BASEUTILS_UPPERLAYERS_H_
 
