@@ -36,12 +36,13 @@ bool EndsInCrc(const std::string& path) {
   return dot != std::string::npos && path.substr(dot) == ".crc";
 }
 
-// The names of host folder `folder` in the order readdir gives them.
+// The names of host folder `folder` in the order readdir gives them. The
+// 64-bit calls keep 32-bit builds working on hosts with large inode numbers.
 std::vector<std::string> ListingOrder(const std::string& folder) {
   std::vector<std::string> names;
   DIR* dir = opendir(folder.c_str());
   if (dir == nullptr) return names;
-  while (dirent* entry = readdir(dir)) {
+  while (dirent64* entry = readdir64(dir)) {
     std::string name = entry->d_name;
     if (name != "." && name != "..") names.push_back(name);
   }
@@ -55,9 +56,9 @@ std::vector<std::string> ListingOrder(const std::string& folder) {
 uLong ExpectedTreeCrc(uLong crc, const std::string& folder, int select) {
   for (const std::string& name : ListingOrder(folder)) {
     std::string path = folder + "/" + name;
-    struct stat target;
-    struct stat self;
-    if (stat(path.c_str(), &target) != 0 || lstat(path.c_str(), &self) != 0) continue;
+    struct stat64 target;
+    struct stat64 self;
+    if (stat64(path.c_str(), &target) != 0 || lstat64(path.c_str(), &self) != 0) continue;
     bool isDir = S_ISDIR(target.st_mode);
     if ((select == BaseUtils::kSelectFiles && isDir) || (select == BaseUtils::kSelectDirectories && !isDir)) continue;
     if (S_ISDIR(self.st_mode)) {

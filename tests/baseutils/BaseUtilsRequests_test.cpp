@@ -16,9 +16,9 @@ class BaseUtilsRequestsTest : public DeviceRootTest {
   static std::string Inventory() { return CSystemData::Instance()->GetManageInventoryPath(); }
 
   // The host inode of a device file: a rewrite through the atomic replace changes it.
-  ino_t Inode(const std::string& path) const {
-    struct stat st;
-    return ::stat(Host(path).c_str(), &st) == 0 ? st.st_ino : 0;
+  ino64_t Inode(const std::string& path) const {
+    struct stat64 st;
+    return ::stat64(Host(path).c_str(), &st) == 0 ? st.st_ino : 0;
   }
 
   BaseUtils* utils = BaseUtils::Instance();
@@ -45,7 +45,7 @@ TEST_F(BaseUtilsRequestsTest, NewerVersionReplacesOnlyTheVersion) {
 TEST_F(BaseUtilsRequestsTest, OlderVersionLeavesTheFileUntouched) {
   const std::string stored = "Command=AddToDevice\nVersion=3.0\n";
   WriteFile(Inventory() + "APP-1.txt", stored);
-  ino_t before = Inode(Inventory() + "APP-1.txt");
+  ino64_t before = Inode(Inventory() + "APP-1.txt");
   utils->RequestPackageQVC("APP-1", "2.9");
   EXPECT_EQ(ReadFile(Inventory() + "APP-1.txt"), stored);
   EXPECT_EQ(Inode(Inventory() + "APP-1.txt"), before);
@@ -53,7 +53,7 @@ TEST_F(BaseUtilsRequestsTest, OlderVersionLeavesTheFileUntouched) {
 
 TEST_F(BaseUtilsRequestsTest, EqualVersionLeavesTheFileUntouched) {
   WriteFile(Inventory() + "APP-1.txt", "Command=AddToDevice\nVersion=3.0\n");
-  ino_t before = Inode(Inventory() + "APP-1.txt");
+  ino64_t before = Inode(Inventory() + "APP-1.txt");
   utils->RequestPackageQVC("APP-1", "3.0.1");  // a version equals its own prefix
   EXPECT_EQ(Inode(Inventory() + "APP-1.txt"), before);
 }
