@@ -3,7 +3,8 @@
 set -euo pipefail
 
 packages=(build-essential cmake pkg-config libglibmm-2.4-dev libjsoncpp-dev zlib1g-dev libboost-dev
-          libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev help2man abigail-tools)
+          libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev help2man abigail-tools
+          pybind11-dev python3-pybind11 python3-dev python3-pytest python3-pandas)
 missing=()
 for package in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed" || missing+=("$package")

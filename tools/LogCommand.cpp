@@ -1,5 +1,6 @@
-// `vireline log dump [SLOT|FILE] [--json]` and `vireline log stats [--json]`:
-// the play logs as the library's reader sees them.
+// `vireline log dump [SLOT|FILE] [--json]`, `vireline log stats [--json]` and
+// `vireline log export [SLOT|FILE...] --jsonl`: the play logs as the library's
+// reader sees them.
 #include <cstdio>
 #include <map>
 #include <string>
@@ -11,71 +12,23 @@
 
 #include "tools/Commands.h"
 #include "tools/KeyValueDisplay.h"
+#include "tools/LogExporter.h"
+#include "tools/LogJson.h"
 
 namespace vireline {
 namespace tools {
 namespace {
-
-const char* const kStatusNames[] = {"valid", "invalid", "not a play log", "too short", "cannot be opened"};
-
-std::string HexBytes(const std::vector<unsigned char>& bytes) {
-  std::string text;
-  char digits[4];
-  for (unsigned char byte : bytes) {
-    std::snprintf(digits, sizeof digits, "%02x", byte);
-    text += digits;
-  }
-  return text;
-}
 
 std::string ClassName(const tLogRecord& record) {
   return record.ClassName() ? record.ClassName() : "type " + std::to_string(record.type);
 }
 
 // One JSON document on one line, for JSON Lines output.
-void PrintJsonLine(const Json::Value& json) {
-  Json::StreamWriterBuilder builder;
-  builder["indentation"] = "";
-  builder["emitUTF8"] = true;
-  std::printf("%s\n", Json::writeString(builder, json).c_str());
-}
-
-Json::Value HeaderJson(const CPath& path, const CLogReader& reader) {
-  Json::Value json(Json::objectValue);
-  json["file"] = path.raw();
-  json["size"] = Json::UInt64(reader.GetFileSize());
-  json["header"] = kStatusNames[reader.GetStatus()];
-  json["platform"] = reader.GetPlatformCode();
-  const CLogHeader& header = reader.GetHeader();
-  if (header.IsValid()) {
-    json["serial"] = DisplayText(header.GetDeviceSerialNum());
-    json["logNumber"] = header.GetLogNum();
-    json["deviceClock"] = Json::UInt64(header.GetDeviceClockVal());
-    json["timeReceived"] = Json::UInt64(header.GetTimeRcvd());
-    json["flags"] = Json::UInt64(header.GetFlags());
-  }
-  return json;
-}
-
-Json::Value RecordJson(const tLogRecord& record) {
-  Json::Value json(Json::objectValue);
-  json["offset"] = Json::UInt64(record.offset);
-  json["time"] = record.timeStamp;
-  json["type"] = record.type;
-  json["class"] = record.ClassName() ? Json::Value(record.ClassName()) : Json::Value(Json::nullValue);
-  Json::Value fields(Json::objectValue);
-  for (const tLogFieldValue& field : record.fields) {
-    bool text = field.field->kind == LogData::Vireline::kFieldString;
-    fields[field.field->name] = text ? Json::Value(DisplayText(field.text.c_str())) : Json::Value(Json::Int64(field.number));
-  }
-  json["fields"] = fields;
-  if (!record.decoded) json["payload"] = HexBytes(record.payload);
-  return json;
-}
+void PrintJsonLine(const Json::Value& json) { std::printf("%s\n", JsonLine(json).c_str()); }
 
 std::string HeaderLine(const CPath& path, const CLogReader& reader) {
   std::string line = "== " + path.raw() + ": " + std::to_string(reader.GetFileSize()) + " bytes, header " +
-                     kStatusNames[reader.GetStatus()];
+                     LogStatusName(reader.GetStatus());
   const CLogHeader& header = reader.GetHeader();
   if (header.IsValid()) {
     line += ": platform " + std::to_string(header.GetPlatform()) + ", serial \"" +
@@ -106,11 +59,11 @@ int DumpFile(const CPath& path, bool json) {
     std::fprintf(stderr, "vireline log: %s: cannot be opened\n", path.c_str());
     return kNotFound;
   }
-  if (json) PrintJsonLine(HeaderJson(path, reader));
+  if (json) PrintJsonLine(LogHeaderJson(path, reader));
   else std::printf("%s\n", HeaderLine(path, reader).c_str());
   tLogRecord record;
   while (reader.Next(&record)) {
-    if (json) PrintJsonLine(RecordJson(record));
+    if (json) PrintJsonLine(LogRecordJson(record));
     else std::printf("%s\n", RecordLine(record).c_str());
   }
   if (reader.IsTorn()) {
@@ -127,22 +80,44 @@ int DumpFile(const CPath& path, bool json) {
     return kCorrupt;
   }
   bool readable = reader.GetStatus() == CLogReader::kHeaderValid || reader.GetStatus() == CLogReader::kHeaderInvalid;
-  if (!readable) std::fprintf(stderr, "vireline log: %s: %s\n", path.c_str(), kStatusNames[reader.GetStatus()]);
+  if (!readable) std::fprintf(stderr, "vireline log: %s: %s\n", path.c_str(), LogStatusName(reader.GetStatus()));
   return readable ? kSuccess : kCorrupt;
 }
 
 int RunDump(const std::string& target, bool json) {
-  std::vector<CPath> paths;
-  if (target.empty()) {
-    for (int slot = 0; slot < CLogFile::kSlotCount; ++slot) paths.push_back(CLogFile::GetLogFilePath(slot));
-  } else if (target.size() == 1 && target[0] >= '0' && target[0] < '0' + CLogFile::kSlotCount) {
-    paths.push_back(CLogFile::GetLogFilePath(target[0] - '0'));
-  } else {
-    paths.push_back(target);
-  }
+  std::vector<std::string> targets;
+  if (!target.empty()) targets.push_back(target);
   int status = kSuccess;
-  for (const CPath& path : paths) {
-    int fileStatus = DumpFile(path, json);
+  for (const LogExporter::tTarget& log : LogExporter::Resolve(targets)) {
+    int fileStatus = DumpFile(log.path, json);
+    if (fileStatus > status) status = fileStatus;
+  }
+  return status;
+}
+
+// Exports one log's records as JSON Lines; the exit status it deserves.
+int ExportFile(const LogExporter::tTarget& log) {
+  LogExporter::tResult result =
+      LogExporter::Export(log, [](const std::string& line) { std::printf("%s\n", line.c_str()); });
+  if (result.status == CLogReader::kCannotOpen) {
+    std::fprintf(stderr, "vireline log: %s: cannot be opened\n", log.path.c_str());
+    return kNotFound;
+  }
+  if (result.torn) {
+    std::fprintf(stderr, "vireline log: %s: torn record at offset %llu (%llu bytes present)\n", log.path.c_str(),
+                 static_cast<unsigned long long>(result.tornOffset),
+                 static_cast<unsigned long long>(result.tornBytesPresent));
+    return kCorrupt;
+  }
+  bool readable = result.status == CLogReader::kHeaderValid || result.status == CLogReader::kHeaderInvalid;
+  if (!readable) std::fprintf(stderr, "vireline log: %s: %s\n", log.path.c_str(), LogStatusName(result.status));
+  return readable ? kSuccess : kCorrupt;
+}
+
+int RunExport(const std::vector<std::string>& targets) {
+  int status = kSuccess;
+  for (const LogExporter::tTarget& log : LogExporter::Resolve(targets)) {
+    int fileStatus = ExportFile(log);
     if (fileStatus > status) status = fileStatus;
   }
   return status;
@@ -167,7 +142,7 @@ int RunStats(bool json) {
     entry["slot"] = slot;
     entry["file"] = path.raw();
     entry["size"] = Json::UInt64(reader.GetFileSize());
-    entry["header"] = kStatusNames[reader.GetStatus()];
+    entry["header"] = LogStatusName(reader.GetStatus());
     entry["records"] = Json::UInt64(records);
     entry["torn"] = reader.IsTorn();
     entry["classes"] = Json::Value(Json::objectValue);
@@ -175,7 +150,7 @@ int RunStats(bool json) {
     result["slots"].append(entry);
     if (json) continue;
     std::printf("slot %d  %s  %llu bytes  header %s  %llu records%s\n", slot, path.c_str(),
-                static_cast<unsigned long long>(reader.GetFileSize()), kStatusNames[reader.GetStatus()],
+                static_cast<unsigned long long>(reader.GetFileSize()), LogStatusName(reader.GetStatus()),
                 static_cast<unsigned long long>(records), reader.IsTorn() ? "  (torn last record)" : "");
     for (const auto& count : counts) {
       std::printf("  %-24s %llu\n", count.first.c_str(), static_cast<unsigned long long>(count.second));
@@ -197,7 +172,7 @@ int RunStats(bool json) {
 }  // namespace
 
 void RegisterLogCommand(CLI::App& program, Action* action) {
-  auto* log = program.add_subcommand("log", "Print the players' play logs or count their records");
+  auto* log = program.add_subcommand("log", "Print the players' play logs, count their records or export them");
   log->require_subcommand(1);
   static std::string target;  // must outlive the parse and the action
   static bool dumpJson = false, statsJson = false;
@@ -208,6 +183,15 @@ void RegisterLogCommand(CLI::App& program, Action* action) {
   auto* stats = log->add_subcommand("stats", "Count each slot's records by class and the bytes left under the cap");
   stats->add_flag("--json", statsJson, "Machine-readable output");
   stats->callback([action] { *action = [] { return RunStats(statsJson); }; });
+  static std::vector<std::string> exportTargets;
+  static bool exportJsonl = false;
+  auto* exporter = log->add_subcommand(
+      "export", "Print the records of play logs for analytics engines: one JSON object a line, each with the "
+                "device's serial number, slot, time stamp, class, title being played and decoded fields");
+  exporter->add_option("TARGETS", exportTargets,
+                       "Player slots 0-2 and log files as device paths (default: all three slots)");
+  exporter->add_flag("--jsonl", exportJsonl, "JSON Lines (the only format; required)")->required();
+  exporter->callback([action] { *action = [] { return RunExport(exportTargets); }; });
 }
 
 }  // namespace tools

@@ -1,5 +1,5 @@
-// `vireline log dump` and `vireline log stats` on the sample image's play logs
-// and on damaged ones.
+// `vireline log dump`, `vireline log stats` and `vireline log export` on the
+// sample image's play logs and on damaged ones.
 #include <gtest/gtest.h>
 
 #include <stdlib.h>
@@ -154,6 +154,61 @@ TEST_F(LogCommandTest, StatsOfMissingFilesCountNothing) {
 }
 
 TEST_F(LogCommandTest, LogNeedsASubcommand) { EXPECT_EQ(Log("").exitStatus, 2); }
+
+TEST_F(LogCommandTest, ExportGivesEveryRecordItsDeviceSlotAndTitle) {
+  InspectorRun run = Log("export 0 --jsonl");
+  EXPECT_EQ(run.exitStatus, 0) << run.err;
+  EXPECT_EQ(run.err, "");
+  std::vector<std::string> lines = Lines(run.out);
+  ASSERT_EQ(lines.size(), 15u);
+  Json::Value header = ParseJson(Lines(Log("dump 0 --json").out)[0]);
+  for (const std::string& line : lines) {
+    Json::Value record = ParseJson(line);
+    EXPECT_EQ(record["serial"], header["serial"]) << line;
+    EXPECT_EQ(record["slot"].asInt(), 0) << line;
+  }
+  Json::Value answer = ParseJson(lines[6]);
+  EXPECT_EQ(answer["class"].asString(), "CCorrectAnswerTimed");
+  EXPECT_EQ(answer["time"].asUInt(), 12900u);
+  EXPECT_EQ(answer["offset"].asInt(), ParseJson(Lines(Log("dump 0 --json").out)[7])["offset"].asInt());
+  EXPECT_EQ(answer["fields"]["answer"].asString(), "5");
+  EXPECT_EQ(answer["title"].asString(), "MathMountain");
+  EXPECT_TRUE(ParseJson(lines[0])["title"].isNull());   // the clock record, before any title
+  EXPECT_TRUE(ParseJson(lines[14])["title"].isNull());  // the log-out after the title's exit
+}
+
+TEST_F(LogCommandTest, ExportFollowsGamesAsTitlesToo) {
+  std::vector<std::string> lines = Lines(Log("export 1 --jsonl").out);
+  ASSERT_EQ(lines.size(), 12u);
+  Json::Value answer = ParseJson(lines[6]);
+  EXPECT_EQ(answer["class"].asString(), "CCorrectAnswer");
+  EXPECT_EQ(answer["title"].asString(), "ZooKeeper");
+  EXPECT_EQ(answer["slot"].asInt(), 1);
+}
+
+TEST_F(LogCommandTest, ExportWithoutTargetsTakesAllThreeSlotsAndAFileTakesItsSlotFromTheHeader) {
+  EXPECT_EQ(Lines(Log("export --jsonl").out).size(), 15u + 12u + 14u);
+  InspectorRun file = Log("export /QV/Bulk/Data/Uploads/2/profile.log --jsonl");
+  EXPECT_EQ(file.out, Log("export 2 --jsonl").out);
+}
+
+TEST_F(LogCommandTest, ExportReportsATornTailAfterTheRecordsBeforeIt) {
+  std::string content = ReadFile(kSlot0);
+  WriteFile(kSlot0, content.substr(0, content.size() - 3));
+  InspectorRun run = Log("export 0 1 --jsonl");
+  EXPECT_EQ(run.exitStatus, 4);
+  EXPECT_EQ(Lines(run.out).size(), 14u + 12u);
+  EXPECT_EQ(run.err, "vireline log: /QV/Bulk/Data/Uploads/0/profile.log: torn record at offset 406 (4 bytes present)\n");
+}
+
+TEST_F(LogCommandTest, ExportNeedsItsFormatAndReadableLogs) {
+  EXPECT_EQ(Log("export 0").exitStatus, 2);
+  EXPECT_EQ(Log("export /QV/none.log --jsonl").exitStatus, 1);
+  WriteFile("/QV/notes.txt", std::string(200, 'n'));
+  InspectorRun run = Log("export /QV/notes.txt --jsonl");
+  EXPECT_EQ(run.exitStatus, 4);
+  EXPECT_EQ(run.err, "vireline log: /QV/notes.txt: not a play log\n");
+}
 
 #ifdef VIRELINE_MAKE_PLAY_LOGS
 TEST_F(LogCommandTest, TheSampleLogsAreWhatTheGeneratorWrites) {
