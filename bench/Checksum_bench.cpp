@@ -82,10 +82,12 @@ uLong PlainFile(uLong crc, const std::string& path) {
   return crc;
 }
 
+// readdir64: a 32-bit build's readdir fails on file systems with 64-bit
+// directory offsets (ext4), and the walk would then see an empty folder.
 uLong PlainWalk(uLong crc, const std::string& folder) {
   DIR* dir = opendir(folder.c_str());
   if (dir == nullptr) return crc;
-  while (dirent* entry = readdir(dir)) {
+  while (dirent64* entry = readdir64(dir)) {
     std::string name = entry->d_name;
     if (name == "." || name == "..") continue;
     std::string path = folder + "/" + name;

@@ -1,6 +1,8 @@
 #include <vireline/CFileIO.h>
 
 #include <climits>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include <vireline/CFileUtils.h>
@@ -31,7 +33,7 @@ char* CopyString(const char* text, size_t length) {
 
 char* CopyString(const char* text) { return CopyString(text, std::strlen(text)); }
 
-// The entries the array has room for at `count` entries. The array grows by
+// The entries the block has room for at `count` entries. It grows by
 // doubling, so reading a file of n lines costs O(n) and not O(n^2); a table of
 // a few dozen keys is allocated once or twice.
 U32 CapacityFor(U32 count) {
@@ -42,6 +44,73 @@ U32 CapacityFor(U32 count) {
     capacity *= 2;
   }
   return capacity;
+}
+
+// Behind the entries, in the same block, sits a hash index of the keys, so a
+// key is found (and a new one added) in constant time however long the table
+// grows. Its first word counts the entries indexed so far: reading a file
+// indexes its entries once, at the end, and every change catches the index
+// up, so lookups (const, and safe to run side by side) only read it; entries
+// that a derived class appended by itself are searched one by one. Its slots hold an entry's index + 1 (0:
+// empty) and only the first entry of a key, so lookups still find the first
+// of duplicate keys. It has twice as many slots as the block has entries.
+U32 SlotCount(U32 capacity) { return capacity * 2; }
+
+// Bytes of a block for `capacity` entries and their index; 0 when too large.
+size_t BlockBytes(U32 capacity) {
+  size_t perEntry = sizeof(tKeyValueEntry) + 2 * sizeof(U32);
+  if (capacity > (static_cast<size_t>(INT32_MAX) - sizeof(U32)) / perEntry) return 0;
+  return capacity * perEntry + sizeof(U32);
+}
+
+// The index of a table of `count` entries (in a block sized for them): the
+// count of entries indexed, then the slots.
+U32* IndexOf(tKeyValueEntry* entries, U32 count) {
+  return reinterpret_cast<U32*>(entries + CapacityFor(count));
+}
+
+// A block for `capacity` entries, with nothing indexed; null when memory is short.
+tKeyValueEntry* AllocateTable(U32 capacity) {
+  size_t bytes = BlockBytes(capacity);
+  if (bytes == 0) return nullptr;
+  auto* entries = static_cast<tKeyValueEntry*>(COrvoInterface::Malloc(static_cast<int32_t>(bytes)));
+  if (entries != nullptr) *reinterpret_cast<U32*>(entries + capacity) = 0;
+  return entries;
+}
+
+U32 HashKey(const char* key) {
+  U32 hash = 2166136261u;  // FNV-1a
+  for (const unsigned char* p = reinterpret_cast<const unsigned char*>(key); *p != '\0'; ++p) {
+    hash = (hash ^ *p) * 16777619u;
+  }
+  return hash;
+}
+
+// The slot of `key`'s first indexed entry, or the empty slot where it would go.
+U32* FindSlot(tKeyValueEntry* entries, U32 count, const char* key) {
+  U32* slots = IndexOf(entries, count) + 1;
+  U32 mask = SlotCount(CapacityFor(count)) - 1;
+  for (U32 at = HashKey(key) & mask;; at = (at + 1) & mask) {
+    if (slots[at] == 0 || std::strcmp(entries[slots[at] - 1].key, key) == 0) return &slots[at];
+  }
+}
+
+// Indexes the entries added since the index was last caught up (all of
+// them, into cleared slots, when nothing is indexed yet).
+void CatchUpIndex(tKeyValueEntry* entries, U32 count) {
+  U32* indexed = IndexOf(entries, count);
+  if (*indexed == count) return;
+  if (*indexed == 0) std::memset(indexed + 1, 0, SlotCount(CapacityFor(count)) * sizeof(U32));
+  for (U32 i = *indexed; i < count; ++i) {
+    U32* slot = FindSlot(entries, count, entries[i].key);
+    if (*slot == 0) *slot = i + 1;
+  }
+  *indexed = count;
+}
+
+// Forgets the index of a table of `count` entries; the next lookup rebuilds it.
+void ResetIndex(tKeyValueEntry* entries, U32 count) {
+  if (count != 0) *IndexOf(entries, count) = 0;
 }
 
 bool IsHexDigit(char c) {
@@ -160,6 +229,82 @@ class LineBuffer {
   U32 mLength;
 };
 
+// Reads lines into `buffer` with `readLine` (its length, or -1 at the end)
+// until one holds "=", and splits it there in place with `strip` applied to
+// both sides; false at the end.
+template <typename ReadLine>
+bool NextPair(ReadLine readLine, char* buffer, char* (*strip)(char*), char*& key, char*& value) {
+  while (readLine() >= 0) {
+    char* equals = std::strchr(buffer, '=');  // a NUL byte ends the line's text
+    if (equals == nullptr) continue;
+    *equals = '\0';
+    key = strip(buffer);
+    value = strip(equals + 1);
+    return true;
+  }
+  return false;
+}
+
+// Hands out the lines of a stream exactly as CFileIO::GetLine reads them (a
+// line ends at "\r" or "\n", empty lines are skipped, a line longer than the
+// buffer goes on as the next one), but takes the stream's text a line at a
+// time with getdelim instead of a character at a time: reading a file costs
+// the same reads of the stream and a fraction of the work.
+class LineReader {
+ public:
+  explicit LineReader(FILE* file) : mFile(file) {}
+  ~LineReader() { std::free(mText); }
+  LineReader(const LineReader&) = delete;
+  LineReader& operator=(const LineReader&) = delete;
+
+  // The next line in `buffer` (at most size - 1 bytes); its length, or -1 at the end.
+  int Next(char* buffer, U32 size) {
+    U32 length = 0;
+    while (length + 1 < size) {
+      if (mAt == mEnd && !Refill()) break;
+      size_t run = RunLength();
+      if (run == 0) {  // a line end
+        ++mAt;
+        if (length > 0) break;
+        continue;
+      }
+      size_t room = size - 1 - length;
+      size_t taken = run < room ? run : room;
+      std::memcpy(buffer + length, mText + mAt, taken);
+      length += static_cast<U32>(taken);
+      mAt += taken;
+    }
+    buffer[length] = '\0';
+    return length > 0 ? static_cast<int>(length) : -1;
+  }
+
+ private:
+  // Takes the stream's next line; false at its end.
+  bool Refill() {
+    ssize_t read = mFile != nullptr ? getdelim(&mText, &mCapacity, '\n', mFile) : -1;
+    mAt = 0;
+    mEnd = read > 0 ? static_cast<size_t>(read) : 0;
+    return mEnd != 0;
+  }
+
+  // The bytes from mAt up to the next line end (which only "\r" can be
+  // before the last byte).
+  size_t RunLength() const {
+    const char* start = mText + mAt;
+    size_t available = mEnd - mAt;
+    const void* carriageReturn = std::memchr(start, '\r', available);
+    if (carriageReturn != nullptr) available = static_cast<const char*>(carriageReturn) - start;
+    if (available > 0 && start[available - 1] == '\n') --available;
+    return start[0] == '\n' ? 0 : available;
+  }
+
+  FILE* mFile;
+  char* mText = nullptr;  // getdelim's buffer
+  size_t mCapacity = 0;
+  size_t mAt = 0;
+  size_t mEnd = 0;
+};
+
 }  // namespace
 
 CFileIO::CFileIO()
@@ -226,8 +371,13 @@ U32 CFileIO::Keys(char**& out) const {
 bool CFileIO::HasKey(const char* key) const { return FindKey(key) != nullptr; }
 
 tKeyValueEntry* CFileIO::FindKey(const char* key) const {
-  if (key == nullptr) return nullptr;
-  for (U32 i = 0; i < mNumEntries; ++i) {
+  if (key == nullptr || mNumEntries == 0) return nullptr;
+  U32 indexed = *IndexOf(mpEntries, mNumEntries);
+  if (indexed != 0) {
+    U32 slot = *FindSlot(mpEntries, mNumEntries, key);
+    if (slot != 0) return &mpEntries[slot - 1];
+  }
+  for (U32 i = indexed; i < mNumEntries; ++i) {
     if (std::strcmp(mpEntries[i].key, key) == 0) return &mpEntries[i];
   }
   return nullptr;
@@ -341,10 +491,9 @@ bool CFileIO::RmKey(const char* key) {
   } else {
     // The entries after the removed one move up by one: order is kept, and
     // nothing outside the table is read.
+    // A block that does not shrink still has room for the smaller table's index.
     tKeyValueEntry* smaller = nullptr;
-    if (CapacityFor(remaining) != CapacityFor(mNumEntries)) {
-      smaller = static_cast<tKeyValueEntry*>(MallocArray(CapacityFor(remaining), sizeof(tKeyValueEntry)));
-    }
+    if (CapacityFor(remaining) != CapacityFor(mNumEntries)) smaller = AllocateTable(CapacityFor(remaining));
     if (smaller != nullptr) {
       std::memcpy(smaller, mpEntries, index * sizeof(tKeyValueEntry));
       std::memcpy(smaller + index, mpEntries + index + 1, (remaining - index) * sizeof(tKeyValueEntry));
@@ -353,6 +502,8 @@ bool CFileIO::RmKey(const char* key) {
     } else {
       std::memmove(mpEntries + index, mpEntries + index + 1, (remaining - index) * sizeof(tKeyValueEntry));
     }
+    ResetIndex(mpEntries, remaining);
+    CatchUpIndex(mpEntries, remaining);
   }
   mNumEntries = remaining;
   return Changed(true);
@@ -416,6 +567,7 @@ tKeyValueEntry* CFileIO::PrepareEntry(const char* key) {
   } else {
     entry = NewEntry(key);
     if (entry == nullptr) return nullptr;
+    CatchUpIndex(mpEntries, mNumEntries);
   }
   mDirty = 1;
   return entry;
@@ -427,7 +579,7 @@ tKeyValueEntry* CFileIO::NewEntry(const char* key) {
   if (keyCopy == nullptr) return nullptr;
   U32 count = mNumEntries;
   if (count == 0 || CapacityFor(count + 1) != CapacityFor(count)) {
-    auto* larger = static_cast<tKeyValueEntry*>(MallocArray(CapacityFor(count + 1), sizeof(tKeyValueEntry)));
+    tKeyValueEntry* larger = AllocateTable(CapacityFor(count + 1));
     if (larger == nullptr) {
       COrvoInterface::Free(keyCopy);
       return nullptr;
@@ -525,8 +677,14 @@ char* CFileIO::StripWhitespace(char* text) {
 int CFileIO::GetLine(char* buffer, U32 size) {
   if (buffer == nullptr || size == 0) return -1;
   U32 length = 0;
+  if (mpFile == nullptr) {
+    buffer[0] = '\0';
+    return -1;
+  }
+  // The stream is this object's own while it is read: no other thread takes
+  // its lock, so the characters are read without it.
   while (length + 1 < size) {
-    int c = COrvoInterface::GetC(mpFile);
+    int c = getc_unlocked(mpFile);
     if (c == EOF) break;
     if (c == '\r' || c == '\n') {
       if (length > 0) break;
@@ -539,15 +697,7 @@ int CFileIO::GetLine(char* buffer, U32 size) {
 }
 
 bool CFileIO::NextLine(char* buffer, U32 size, char*& key, char*& value) {
-  while (GetLine(buffer, size) >= 0) {
-    char* equals = std::strchr(buffer, '=');  // a NUL byte ends the line's text
-    if (equals == nullptr) continue;
-    *equals = '\0';
-    key = StripWhitespace(buffer);
-    value = StripWhitespace(equals + 1);
-    return true;
-  }
-  return false;
+  return NextPair([&] { return GetLine(buffer, size); }, buffer, &CFileIO::StripWhitespace, key, value);
 }
 
 bool CFileIO::CheckUtf8Bom() {
@@ -577,7 +727,10 @@ void CFileIO::Parse() {
   char line[kLineSize];
   char* key = nullptr;
   char* value = nullptr;
-  while (NextLine(line, sizeof line, key, value)) AppendParsed(key, value);
+  LineReader reader(mpFile);
+  auto readLine = [&] { return reader.Next(line, sizeof line); };
+  while (NextPair(readLine, line, &CFileIO::StripWhitespace, key, value)) AppendParsed(key, value);
+  if (mNumEntries != 0) CatchUpIndex(mpEntries, mNumEntries);
 }
 
 bool CFileIO::AppendParsed(char* key, char* value) {

@@ -102,10 +102,8 @@ void CLogFile::Append(CLogData& record) {
     vireline::LogDebug("Fatal Logging Error. CurrentProfile is invalid.");
     return;
   }
-  FILE* file = nullptr;
-  if (!Env::Current()->OpenStream(mPaths[mCurrentProfile], "rb+", &file).ok()) return;
-  vireline::Env::Current()->AppendToStream(file, pack->GetBuffer(), pack->GetTotalSize());  // a failed write loses the record
-  Env::Current()->CloseStream(file);
+  // A file that does not open, or a failed write, loses the record.
+  Env::Current()->AppendToFile(mPaths[mCurrentProfile], pack->GetBuffer(), pack->GetTotalSize());
 }
 
 CLogFile& CLogFile::operator<<(CLogData& record) {

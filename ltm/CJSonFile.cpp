@@ -1,8 +1,11 @@
 #include <vireline/CJSonFile.h>
 
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <new>
+#include <string>
+#include <utility>
 
 #include <vireline/Platform.h>
 
@@ -42,6 +45,18 @@ long MeasureFile(FILE* stream) {
   return size;
 }
 
+// Sizes `bytes` for a document of `size` bytes (one byte for an unmeasurable
+// one); false when it is too large or memory is short.
+bool ReserveText(long size, std::string* bytes) {
+  if (size > kMaxDocumentSize) return false;
+  try {
+    bytes->resize(size < 0 ? 1 : static_cast<size_t>(size));
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 CJSonFile::CJSonFile() : mCreateIfMissing(0), mRoot(objectValue) {}
@@ -66,22 +81,20 @@ U32 CJSonFile::Load() {
     return kLoadFailed;
   }
   long size = MeasureFile(in->get());
-  std::unique_ptr<char[]> buffer;
-  if (size <= kMaxDocumentSize) buffer.reset(new (std::nothrow) char[size < 0 ? 1 : size + 1]);
-  if (!buffer) {
+  std::string bytes;
+  if (!ReserveText(size, &bytes)) {
     PrintLoadFailure(2, "could not allocate memory", mRsrcPath);
     return kLoadFailed;
   }
   // An unmeasurable file reads as a short read: nothing arrives of "all" of it.
-  if (size < 0 || std::fread(buffer.get(), 1, static_cast<size_t>(size), in->get()) != static_cast<size_t>(size)) {
+  if (size < 0 || std::fread(&bytes[0], 1, static_cast<size_t>(size), in->get()) != static_cast<size_t>(size)) {
     PrintLoadFailure(2, "buffer size does not match reported size", mRsrcPath);
     return kLoadFailed;
   }
-  buffer[size] = '\0';
-  // The text ends at the first zero byte, as it always has.
-  Glib::ustring text(buffer.get());
-  buffer.reset();
   in.reset();
+  // The text ends at the first zero byte, as it always has.
+  bytes.resize(std::strlen(bytes.c_str()));
+  Glib::ustring text(std::move(bytes));
   Reader reader;
   if (!reader.parse(text, mRoot)) {
     PrintLoadFailure(1, "JSON parser reported an error", mRsrcPath);

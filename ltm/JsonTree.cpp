@@ -43,35 +43,59 @@ bool ToJson(const Value& value, Json::Value* json, unsigned depth) {
   return true;
 }
 
-bool FromJson(const Json::Value& json, Value* value, unsigned depth) {
-  switch (json.type()) {
-    case Json::nullValue: *value = Value(); return true;
-    case Json::intValue: *value = Value(static_cast<Int64>(json.asLargestInt())); return true;
-    case Json::uintValue: *value = Value(static_cast<UInt64>(json.asLargestUInt())); return true;
-    case Json::realValue: *value = Value(json.asDouble()); return true;
-    case Json::stringValue: *value = ValueAccess::StringValue(json.asString()); return true;
-    case Json::booleanValue: *value = Value(json.asBool()); return true;
-    case Json::arrayValue: *value = Value(arrayValue); break;
-    case Json::objectValue: *value = Value(objectValue); break;
-  }
-  if (depth >= kMaxJsonDepth) return false;
-  if (json.type() == Json::arrayValue) {
-    for (Json::ArrayIndex i = 0; i < json.size(); ++i) {
-      if (!FromJson(json[i], &value->append(Value()), depth + 1)) return false;
-    }
-    return true;
-  }
-  for (auto member = json.begin(); member != json.end(); ++member) {
-    if (!FromJson(*member, &ValueAccess::Member(*value, member.name()), depth + 1)) return false;
+bool FromJson(const Json::Value& json, Value* value, unsigned depth);
+
+// The elements of JsonCpp array `json` into `array`, room made for all at once.
+bool ElementsFromJson(const Json::Value& json, Value* array, unsigned depth) {
+  ValueAccess::ReserveElements(*array, json.size());
+  for (const Json::Value& element : json) {
+    if (!FromJson(element, &ValueAccess::NewElement(*array), depth + 1)) return false;
   }
   return true;
+}
+
+// The members of JsonCpp object `json` into `object`. JsonCpp keeps members in
+// the byte order of their keys, as Value does, so each is added at the end
+// without searching, and its key is copied once.
+bool MembersFromJson(const Json::Value& json, Value* object, unsigned depth) {
+  for (auto member = json.begin(); member != json.end(); ++member) {
+    const char* keyEnd = nullptr;
+    const char* key = member.memberName(&keyEnd);
+    if (!FromJson(*member, &ValueAccess::NewMember(*object, key, keyEnd), depth + 1)) return false;
+  }
+  return true;
+}
+
+// `json` into `value`, a null value (every value is new as the tree is built).
+bool FromJson(const Json::Value& json, Value* value, unsigned depth) {
+  const char* begin = nullptr;
+  const char* end = nullptr;
+  switch (json.type()) {
+    case Json::nullValue: return true;
+    case Json::intValue: ValueAccess::SetInt(*value, json.asLargestInt()); return true;
+    case Json::uintValue: ValueAccess::SetUInt(*value, json.asLargestUInt()); return true;
+    case Json::realValue: ValueAccess::SetReal(*value, json.asDouble()); return true;
+    case Json::stringValue:
+      if (!json.getString(&begin, &end)) begin = end = "";
+      ValueAccess::SetString(*value, begin, end);
+      return true;
+    case Json::booleanValue: ValueAccess::SetBool(*value, json.asBool()); return true;
+    case Json::arrayValue: ValueAccess::SetContainer(*value, arrayValue); break;
+    case Json::objectValue: ValueAccess::SetContainer(*value, objectValue); break;
+  }
+  if (depth >= kMaxJsonDepth) return false;
+  if (json.type() == Json::arrayValue) return ElementsFromJson(json, value, depth);
+  return MembersFromJson(json, value, depth);
 }
 
 }  // namespace
 
 bool ToJsonTree(const Value& value, Json::Value* json) { return ToJson(value, json, 0); }
 
-bool FromJsonTree(const Json::Value& json, Value* value) { return FromJson(json, value, 0); }
+bool FromJsonTree(const Json::Value& json, Value* value) {
+  *value = Value();
+  return FromJson(json, value, 0);
+}
 
 Json::Value ConversionProbe(const Value& value) {
   Json::Value probe = ScalarToJson(value);

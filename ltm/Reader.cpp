@@ -20,7 +20,8 @@ bool Reader::parse(const Glib::ustring& text, Value& root) {
   Json::Value json;
   try {
     Json::Reader reader;
-    if (!reader.parse(text.raw(), json, false)) {
+    const std::string& bytes = text.raw();
+    if (!reader.parse(bytes.data(), bytes.data() + bytes.size(), json, false)) {
       mErrors = reader.getFormattedErrorMessages();
       return false;
     }

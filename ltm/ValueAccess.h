@@ -2,8 +2,11 @@
 #ifndef VIRELINE_LTM_VALUEACCESS_H_
 #define VIRELINE_LTM_VALUEACCESS_H_
 
+#include <memory>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <utility>
 
 #include <vireline/LTMJson.h>
 
@@ -27,6 +30,52 @@ class ValueAccess {
     Value value(stringValue);
     value.mString = std::move(bytes);
     return value;
+  }
+
+  // The setters below turn a null value (and only a null one) into another
+  // kind in place, with no temporary value to move and destroy: the JSON
+  // reader fills every new value of a document this way.
+  static void SetInt(Value& null, Int64 number) {
+    null.mType = intValue;
+    null.mScalar.intValue = number;
+  }
+  static void SetUInt(Value& null, UInt64 number) {
+    null.mType = uintValue;
+    null.mScalar.uintValue = number;
+  }
+  static void SetReal(Value& null, double number) {
+    null.mType = realValue;
+    null.mScalar.realValue = number;
+  }
+  static void SetBool(Value& null, bool truth) {
+    null.mType = booleanValue;
+    null.mScalar.boolValue = truth;
+  }
+  // A copy of the bytes [begin, end).
+  static void SetString(Value& null, const char* begin, const char* end) {
+    null.mType = stringValue;
+    null.mString.assign(begin, end);
+  }
+  // An empty array or object.
+  static void SetContainer(Value& null, ValueType type) { null.MakeType(type); }
+
+  // Makes room for `count` elements in an array.
+  static void ReserveElements(Value& array, size_t count) { array.mArray.reserve(count); }
+
+  // A new null element at the end of an array.
+  static Value& NewElement(Value& array) {
+    array.mArray.push_back(std::make_unique<Value>());
+    return *array.mArray.back();
+  }
+
+  // A new null member `key` of an object that has no such member yet; keys
+  // that come in key order are added at once, others are still placed right.
+  static Value& NewMember(Value& object, const char* begin, const char* end) {
+    Value::ObjectValues& members = *object.mObject;
+    return members
+        .emplace_hint(members.end(), std::piecewise_construct, std::forward_as_tuple(std::string(begin, end)),
+                      std::forward_as_tuple())
+        ->second;
   }
 
   // The member `key` of an object (or null), added when missing.

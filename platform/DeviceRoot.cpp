@@ -1,7 +1,11 @@
 #include "platform/DeviceRoot.h"
 
+#include <atomic>
 #include <cstdlib>
+#include <cstring>
+#include <memory>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 #include <vireline/Platform.h>
@@ -9,10 +13,13 @@
 namespace vireline {
 namespace {
 
+// Readers take the root without a lock: every root ever set stays alive in
+// `roots`, so a mapping under way never sees its string freed. Roots change
+// only when a tool or a test chooses one, so they are few.
 struct RootState {
-  std::mutex mutex;
-  bool known = false;
-  std::string root;  // without a trailing slash; empty for the real "/"
+  std::mutex mutex;  // serializes changes
+  std::vector<std::unique_ptr<const std::string>> roots;
+  std::atomic<const std::string*> current{nullptr};  // without a trailing slash; empty for the real "/"
 };
 
 RootState& State() {
@@ -25,28 +32,35 @@ std::string TrimTrailingSlashes(std::string folder) {
   return folder;
 }
 
-std::string CurrentRoot() {
-  RootState& state = State();
-  std::lock_guard<std::mutex> lock(state.mutex);
-  if (!state.known) {
-    const char* fromEnvironment = std::getenv("VIRELINE_ROOT");
-    state.root = TrimTrailingSlashes(fromEnvironment ? fromEnvironment : "");
-    state.known = true;
-  }
-  return state.root;
+// Makes `root` current; the caller holds the state's mutex.
+const std::string* Publish(RootState& state, std::string root) {
+  state.roots.push_back(std::make_unique<const std::string>(std::move(root)));
+  const std::string* published = state.roots.back().get();
+  state.current.store(published, std::memory_order_release);
+  return published;
 }
 
 }  // namespace
 
+const std::string& CurrentDeviceRoot() {
+  RootState& state = State();
+  const std::string* root = state.current.load(std::memory_order_acquire);
+  if (root != nullptr) return *root;
+  std::lock_guard<std::mutex> lock(state.mutex);
+  root = state.current.load(std::memory_order_relaxed);
+  if (root != nullptr) return *root;
+  const char* fromEnvironment = std::getenv("VIRELINE_ROOT");
+  return *Publish(state, TrimTrailingSlashes(fromEnvironment ? fromEnvironment : ""));
+}
+
 void SetDeviceRoot(const std::string& hostFolder) {
   RootState& state = State();
   std::lock_guard<std::mutex> lock(state.mutex);
-  state.root = TrimTrailingSlashes(hostFolder);
-  state.known = true;
+  Publish(state, TrimTrailingSlashes(hostFolder));
 }
 
 std::string GetDeviceRoot() {
-  std::string root = CurrentRoot();
+  const std::string& root = CurrentDeviceRoot();
   return root.empty() ? "/" : root;
 }
 
@@ -54,14 +68,18 @@ std::string GetDeviceRoot() {
 // normalizing would return it unchanged; lookups hit this on every open.
 bool IsNormalized(const std::string& path) {
   if (path.empty() || path[0] != '/') return false;
-  for (size_t slash = 0; slash != std::string::npos; slash = path.find('/', slash + 1)) {
-    size_t next = path.find('/', slash + 1);
-    size_t length = (next == std::string::npos ? path.size() : next) - slash - 1;
-    if (length == 0 && next != std::string::npos) return false;
-    if (length == 1 && path[slash + 1] == '.') return false;
-    if (length == 2 && path[slash + 1] == '.' && path[slash + 2] == '.') return false;
+  const char* end = path.data() + path.size();
+  for (const char* slash = path.data();;) {
+    const char* component = slash + 1;
+    const void* found = std::memchr(component, '/', static_cast<size_t>(end - component));
+    const char* next = found ? static_cast<const char*>(found) : end;
+    size_t length = static_cast<size_t>(next - component);
+    if (length == 0 && next != end) return false;
+    if (length == 1 && component[0] == '.') return false;
+    if (length == 2 && component[0] == '.' && component[1] == '.') return false;
+    if (next == end) return true;
+    slash = next;
   }
-  return true;
 }
 
 std::string NormalizeDevicePath(const std::string& devicePath) {
@@ -87,9 +105,23 @@ std::string NormalizeDevicePath(const std::string& devicePath) {
 }
 
 std::string MapDevicePath(const std::string& devicePath) {
-  std::string root = CurrentRoot();
+  const std::string& root = CurrentDeviceRoot();
   if (root.empty() || devicePath.empty()) return devicePath;
-  return root + NormalizeDevicePath(devicePath);
+  return MapBelowRoot(root, devicePath);
+}
+
+std::string MapBelowRoot(const std::string& root, const std::string& devicePath) {
+  std::string host;
+  MapBelowRootInto(root, devicePath, &host);
+  return host;
+}
+
+void MapBelowRootInto(const std::string& root, const std::string& devicePath, std::string* host) {
+  if (IsNormalized(devicePath)) {
+    host->assign(root).append(devicePath);
+    return;
+  }
+  host->assign(root).append(NormalizeDevicePath(devicePath));
 }
 
 }  // namespace vireline

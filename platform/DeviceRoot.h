@@ -13,6 +13,16 @@ namespace vireline {
 // is kept. The empty path stays empty.
 std::string MapDevicePath(const std::string& devicePath);
 
+// The device root without a trailing slash; empty for the real "/". The
+// string stays valid (and unchanged) until the process ends.
+const std::string& CurrentDeviceRoot();
+
+// `devicePath` mapped below `root`, a root that is not the real "/".
+std::string MapBelowRoot(const std::string& root, const std::string& devicePath);
+
+// The same mapping into `host`, reusing its storage.
+void MapBelowRootInto(const std::string& root, const std::string& devicePath, std::string* host);
+
 // `devicePath` with "." and ".." resolved below "/" and slashes folded.
 std::string NormalizeDevicePath(const std::string& devicePath);
 

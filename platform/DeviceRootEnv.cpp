@@ -15,42 +15,109 @@ std::string MapDeviceCommand(const std::string& command) {
   return quoted + "'" + command.substr(end);
 }
 
+namespace {
+
+// Each thread maps paths into one buffer of its own, so the appends and
+// lookups that run all the time allocate nothing, and the buffer keeps the
+// device path and root it was made from, so the same path again (a log
+// append) is not mapped again. A mapping made while the buffer is taken (a
+// nested call) gets a string of its own.
+struct MappingBuffer {
+  std::string text;
+  std::string devicePath;
+  const std::string* root = nullptr;  // roots live until the process ends
+  bool taken = false;
+};
+
+thread_local MappingBuffer tMappingBuffer;
+
+// Takes the thread's buffer for one mapping and gives it back.
+class BufferLease {
+ public:
+  BufferLease() : mBuffer(tMappingBuffer.taken ? nullptr : &tMappingBuffer) {
+    if (mBuffer != nullptr) mBuffer->taken = true;
+  }
+  ~BufferLease() {
+    if (mBuffer != nullptr) mBuffer->taken = false;
+  }
+  BufferLease(const BufferLease&) = delete;
+  BufferLease& operator=(const BufferLease&) = delete;
+
+  // The buffer, or null when it was taken.
+  MappingBuffer* get() const { return mBuffer; }
+
+ private:
+  MappingBuffer* mBuffer;
+};
+
+// Calls `use` with the host path of `devicePath`; under the real root "/" with
+// `devicePath` itself, so a device pays nothing for the mapping.
+template <typename Use>
+auto OnHostPath(const std::string& devicePath, Use use) {
+  const std::string& root = CurrentDeviceRoot();
+  if (root.empty() || devicePath.empty()) return use(devicePath);
+  BufferLease lease;
+  MappingBuffer* buffer = lease.get();
+  if (buffer == nullptr) return use(MapBelowRoot(root, devicePath));
+  if (buffer->root != &root || buffer->devicePath != devicePath) {
+    buffer->root = nullptr;  // until the new mapping is complete
+    MapBelowRootInto(root, devicePath, &buffer->text);
+    buffer->devicePath = devicePath;
+    buffer->root = &root;
+  }
+  return use(buffer->text);
+}
+
+}  // namespace
+
 Result DeviceRootEnv::OpenStream(const std::string& path, const char* mode, FILE** stream) {
-  return target()->OpenStream(MapDevicePath(path), mode, stream);
+  return OnHostPath(path, [&](const std::string& host) { return target()->OpenStream(host, mode, stream); });
+}
+bool DeviceRootEnv::OpensForReading(const std::string& path) {
+  return OnHostPath(path, [&](const std::string& host) { return target()->OpensForReading(host); });
+}
+Result DeviceRootEnv::AppendToFile(const std::string& path, const void* data, size_t size) {
+  return OnHostPath(path, [&](const std::string& host) { return target()->AppendToFile(host, data, size); });
 }
 Result DeviceRootEnv::Stat(const std::string& path, FileInfo* info) {
-  return target()->Stat(MapDevicePath(path), info);
+  return OnHostPath(path, [&](const std::string& host) { return target()->Stat(host, info); });
 }
 Result DeviceRootEnv::LinkStat(const std::string& path, FileInfo* info) {
-  return target()->LinkStat(MapDevicePath(path), info);
+  return OnHostPath(path, [&](const std::string& host) { return target()->LinkStat(host, info); });
 }
 Result DeviceRootEnv::MakeDir(const std::string& path, uint32_t mode) {
-  return target()->MakeDir(MapDevicePath(path), mode);
+  return OnHostPath(path, [&](const std::string& host) { return target()->MakeDir(host, mode); });
 }
-Result DeviceRootEnv::RemoveDir(const std::string& path) { return target()->RemoveDir(MapDevicePath(path)); }
-Result DeviceRootEnv::RemoveFile(const std::string& path) { return target()->RemoveFile(MapDevicePath(path)); }
+Result DeviceRootEnv::RemoveDir(const std::string& path) {
+  return OnHostPath(path, [&](const std::string& host) { return target()->RemoveDir(host); });
+}
+Result DeviceRootEnv::RemoveFile(const std::string& path) {
+  return OnHostPath(path, [&](const std::string& host) { return target()->RemoveFile(host); });
+}
 Result DeviceRootEnv::Rename(const std::string& from, const std::string& to) {
   return target()->Rename(MapDevicePath(from), MapDevicePath(to));
 }
 Result DeviceRootEnv::ChangeMode(const std::string& path, uint32_t mode) {
-  return target()->ChangeMode(MapDevicePath(path), mode);
+  return OnHostPath(path, [&](const std::string& host) { return target()->ChangeMode(host, mode); });
 }
 Result DeviceRootEnv::ListDir(const std::string& path, std::vector<std::string>* names) {
-  return target()->ListDir(MapDevicePath(path), names);
+  return OnHostPath(path, [&](const std::string& host) { return target()->ListDir(host, names); });
 }
 
 Result DeviceRootEnv::ListDirEntries(const std::string& path, std::vector<DirEntry>* entries) {
-  return target()->ListDirEntries(MapDevicePath(path), entries);
+  return OnHostPath(path, [&](const std::string& host) { return target()->ListDirEntries(host, entries); });
 }
-Result DeviceRootEnv::SyncDir(const std::string& path) { return target()->SyncDir(MapDevicePath(path)); }
+Result DeviceRootEnv::SyncDir(const std::string& path) {
+  return OnHostPath(path, [&](const std::string& host) { return target()->SyncDir(host); });
+}
 Result DeviceRootEnv::StatFs(const std::string& path, FsInfo* info) {
-  return target()->StatFs(MapDevicePath(path), info);
+  return OnHostPath(path, [&](const std::string& host) { return target()->StatFs(host, info); });
 }
 Result DeviceRootEnv::RunCommand(const std::string& command, int* exitStatus) {
   return target()->RunCommand(MapDeviceCommand(command), exitStatus);
 }
 Result DeviceRootEnv::ConnectLocalSocket(int socket, const std::string& path) {
-  return target()->ConnectLocalSocket(socket, MapDevicePath(path));
+  return OnHostPath(path, [&](const std::string& host) { return target()->ConnectLocalSocket(socket, host); });
 }
 
 }  // namespace vireline

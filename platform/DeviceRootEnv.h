@@ -12,6 +12,8 @@ class DeviceRootEnv : public EnvWrapper {
   explicit DeviceRootEnv(Env* hostEnv) : EnvWrapper(hostEnv) {}
 
   Result OpenStream(const std::string& path, const char* mode, FILE** stream) override;
+  bool OpensForReading(const std::string& path) override;
+  Result AppendToFile(const std::string& path, const void* data, size_t size) override;
   Result Stat(const std::string& path, FileInfo* info) override;
   Result LinkStat(const std::string& path, FileInfo* info) override;
   Result MakeDir(const std::string& path, uint32_t mode) override;

@@ -18,6 +18,22 @@ Env* Env::Current() {
 
 void Env::SetCurrent(Env* env) { gCurrentEnv.store(env, std::memory_order_release); }
 
+bool Env::OpensForReading(const std::string& path) {
+  FILE* stream = nullptr;
+  if (!OpenStream(path, "r", &stream).ok()) return false;
+  CloseStream(stream);
+  return true;
+}
+
+Result Env::AppendToFile(const std::string& path, const void* data, size_t size) {
+  FILE* stream = nullptr;
+  Result opened = OpenStream(path, "rb+", &stream);
+  if (!opened.ok()) return opened;
+  AppendToStream(stream, data, size);
+  CloseStream(stream);
+  return opened;
+}
+
 bool PathExists(const std::string& path) {
   FileInfo info;
   return Env::Current()->Stat(path, &info).ok();

@@ -1,6 +1,8 @@
 #include <atomic>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <map>
 #include <mutex>
 #include <string>
@@ -11,9 +13,21 @@ namespace {
 
 const int kDefaultMasterLevel = 1;  // errors and traces
 
+// Module levels are read on every message, so the first modules to get a
+// level get a slot that is read without a lock; any further ones live in the
+// map below, under the mutex.
+const int kNoModule = INT_MIN;
+const int kLevelSlots = 32;
+
+struct LevelSlot {
+  std::atomic<int> module{kNoModule};  // set once, after `level`
+  std::atomic<int> level{0};
+};
+
 struct DebugState {
   std::mutex mutex;
-  std::map<int, int> moduleLevels;
+  LevelSlot slots[kLevelSlots];
+  std::map<int, int> moduleLevels;  // modules beyond the slots
   std::atomic<int> masterLevel{kDefaultMasterLevel};
   std::atomic<tDebugOutputFunction> output{nullptr};
   std::atomic<bool> abortOnAssert{false};
@@ -36,25 +50,107 @@ DebugState& State() {
   return *state;
 }
 
-std::string Format(const char* format, va_list args) {
-  va_list measure;
-  va_copy(measure, args);
-  int length = std::vsnprintf(nullptr, 0, format, measure);
-  va_end(measure);
-  if (length < 0) return std::string();
-  std::string text(static_cast<size_t>(length) + 1, '\0');
-  std::vsnprintf(&text[0], text.size(), format, args);
-  text.resize(static_cast<size_t>(length));
-  return text;
-}
-
-void Emit(int module, int level, const std::string& text) {
+void Emit(int module, int level, const char* text) {
   tDebugOutputFunction output = State().output.load();
   if (output != nullptr) {
-    output(module, level, text.c_str());
+    output(module, level, text);
   } else {
-    std::fputs(text.c_str(), stderr);
+    std::fputs(text, stderr);
   }
+}
+
+// True when the only conversions of `format` are "%s" and "%%".
+bool OnlyStrings(const char* format) {
+  for (const char* p = std::strchr(format, '%'); p != nullptr; p = std::strchr(p + 2, '%')) {
+    if (p[1] != 's' && p[1] != '%') return false;
+  }
+  return true;
+}
+
+// vsnprintf of a format that OnlyStrings accepts, done by hand: the traces
+// printed on every asset lookup are of this kind, and copying is several
+// times cheaper than the general formatter. The same result and return value.
+int CopyStrings(char* out, size_t size, const char* format, va_list args) {
+  size_t length = 0;
+  auto put = [&](const char* text, size_t count) {
+    if (length < size) std::memcpy(out + length, text, count < size - length ? count : size - length);
+    length += count;
+  };
+  for (const char* p = format; *p != '\0';) {
+    const char* percent = std::strchr(p, '%');
+    if (percent == nullptr) {
+      put(p, std::strlen(p));
+      break;
+    }
+    put(p, static_cast<size_t>(percent - p));
+    if (percent[1] == '%') {
+      put("%", 1);
+    } else {
+      const char* text = va_arg(args, const char*);
+      if (text == nullptr) text = "(null)";
+      put(text, std::strlen(text));
+    }
+    p = percent + 2;
+  }
+  if (size > 0) out[length < size ? length : size - 1] = '\0';
+  return length > static_cast<size_t>(INT_MAX) ? -1 : static_cast<int>(length);
+}
+
+// Formats and emits one message: in a buffer on the stack when it fits (a
+// trace is printed on every asset lookup), else in one of its own.
+void FormatAndEmit(int module, int level, const char* format, va_list args) {
+  char small[512];
+  va_list again;
+  va_copy(again, args);
+  int length = OnlyStrings(format) ? CopyStrings(small, sizeof small, format, args)
+                                   : std::vsnprintf(small, sizeof small, format, args);
+  if (length < 0) {
+    small[0] = '\0';
+  } else if (static_cast<size_t>(length) >= sizeof small) {
+    std::string text(static_cast<size_t>(length) + 1, '\0');
+    std::vsnprintf(&text[0], text.size(), format, again);
+    va_end(again);
+    Emit(module, level, text.c_str());
+    return;
+  }
+  va_end(again);
+  Emit(module, level, small);
+}
+
+// The slot holding `module`'s level, or null.
+const LevelSlot* FindSlot(const DebugState& state, int module) {
+  for (const LevelSlot& slot : state.slots) {
+    int owner = slot.module.load(std::memory_order_acquire);
+    if (owner == module) return &slot;
+    if (owner == kNoModule) return nullptr;
+  }
+  return nullptr;
+}
+
+// Stores `level` for `module`; the caller holds the state's mutex.
+void StoreLevel(DebugState& state, int module, int level) {
+  for (LevelSlot& slot : state.slots) {
+    int owner = slot.module.load(std::memory_order_relaxed);
+    if (owner == module) {
+      slot.level.store(level, std::memory_order_relaxed);
+      return;
+    }
+    if (owner == kNoModule) {
+      slot.level.store(level, std::memory_order_relaxed);
+      slot.module.store(module, std::memory_order_release);
+      return;
+    }
+  }
+  state.moduleLevels[module] = level;
+}
+
+// `module`'s own level, or INT_MIN when it has none.
+int ModuleLevel(DebugState& state, int module) {
+  if (const LevelSlot* slot = FindSlot(state, module)) return slot->level.load(std::memory_order_relaxed);
+  if (state.slots[kLevelSlots - 1].module.load(std::memory_order_acquire) == kNoModule) return INT_MIN;
+  std::lock_guard<std::mutex> lock(state.mutex);
+  auto found = state.moduleLevels.find(module);
+  return found != state.moduleLevels.end() ? found->second : INT_MIN;
 }
 
 }  // namespace
@@ -72,14 +168,18 @@ void PlatformDebug::DebugOut(int level, const char* format, ...) {
 
 void PlatformDebug::VDebugOut(int level, const char* format, va_list args) {
   if (format == nullptr || level > GetEffectiveDebugLevel()) return;
-  Emit(mModule, level, Format(format, args));
+  FormatAndEmit(mModule, level, format, args);
 }
 
 void PlatformDebug::Assert(bool condition, const char* format, ...) {
   if (condition) return;
   va_list args;
   va_start(args, format);
-  Emit(mModule, 1, format ? Format(format, args) : std::string());
+  if (format != nullptr) {
+    FormatAndEmit(mModule, 1, format, args);
+  } else {
+    Emit(mModule, 1, "");
+  }
   va_end(args);
   if (State().abortOnAssert) std::abort();
 }
@@ -87,7 +187,7 @@ void PlatformDebug::Assert(bool condition, const char* format, ...) {
 void PlatformDebug::SetDebugLevel(int level) {
   DebugState& state = State();
   std::lock_guard<std::mutex> lock(state.mutex);
-  state.moduleLevels[mModule] = level;
+  StoreLevel(state, mModule, level);
 }
 
 void PlatformDebug::SetMasterDebugLevel(int level) { State().masterLevel = level; }
@@ -95,9 +195,8 @@ void PlatformDebug::SetMasterDebugLevel(int level) { State().masterLevel = level
 int PlatformDebug::GetEffectiveDebugLevel() const {
   DebugState& state = State();
   int master = state.masterLevel;
-  std::lock_guard<std::mutex> lock(state.mutex);
-  auto found = state.moduleLevels.find(mModule);
-  return (found != state.moduleLevels.end() && found->second > master) ? found->second : master;
+  int own = ModuleLevel(state, mModule);
+  return own > master ? own : master;
 }
 
 void PlatformDebug::SetOutputFunction(tDebugOutputFunction output) { State().output = output; }

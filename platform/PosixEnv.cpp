@@ -61,6 +61,21 @@ Result FillErased(int fd, uint32_t offset, uint32_t length) {
   return Result::Ok();
 }
 
+// One seek to the end of `fd` and a write of all `size` bytes.
+Result AppendToDescriptor(int fd, const void* data, size_t size) {
+  if (::lseek64(fd, 0, SEEK_END) < 0) return PosixError();
+  const char* bytes = static_cast<const char*>(data);
+  while (size > 0) {
+    ssize_t written = ::write(fd, bytes, size);
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return PosixError();
+    if (written == 0) return Result::Error(EIO);
+    bytes += written;
+    size -= static_cast<size_t>(written);
+  }
+  return Result::Ok();
+}
+
 class PosixEnv : public Env {
  public:
   Result OpenStream(const std::string& path, const char* mode, FILE** stream) override {
@@ -76,17 +91,21 @@ class PosixEnv : public Env {
   }
 
   Result AppendToStream(FILE* stream, const void* data, size_t size) override {
-    int fd = ::fileno(stream);
-    if (::lseek64(fd, 0, SEEK_END) < 0) return PosixError();
-    const char* bytes = static_cast<const char*>(data);
-    while (size > 0) {
-      ssize_t written = ::write(fd, bytes, size);
-      if (written < 0 && errno == EINTR) continue;
-      if (written < 0) return PosixError();
-      if (written == 0) return Result::Error(EIO);
-      bytes += written;
-      size -= static_cast<size_t>(written);
-    }
+    return AppendToDescriptor(::fileno(stream), data, size);
+  }
+
+  bool OpensForReading(const std::string& path) override {
+    int fd = ::open64(path.c_str(), O_RDONLY);
+    if (fd < 0) return false;
+    ::close(fd);
+    return true;
+  }
+
+  Result AppendToFile(const std::string& path, const void* data, size_t size) override {
+    int fd = ::open64(path.c_str(), O_RDWR);
+    if (fd < 0) return PosixError();
+    AppendToDescriptor(fd, data, size);
+    ::close(fd);
     return Result::Ok();
   }
 

@@ -20,7 +20,7 @@ readonly kTargetArch=armhf
 native_arch=$(dpkg --print-architecture)
 readonly native_arch
 native_packages=(g++-arm-linux-gnueabihf qemu-user cmake pkg-config libboost-dev libcli11-dev)
-target_packages=(libglibmm-2.4-dev libjsoncpp-dev zlib1g-dev libgtest-dev libgmock-dev)
+target_packages=(libglibmm-2.4-dev libjsoncpp-dev zlib1g-dev libgtest-dev libgmock-dev libbenchmark-dev)
 log=$(mktemp)
 trap 'rm -f "$log"' EXIT
 

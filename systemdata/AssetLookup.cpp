@@ -5,6 +5,7 @@
 #include "systemdata/AssetLookup.h"
 
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -68,13 +69,14 @@ class Search {
   explicit Search(const CandidateProbe& probe) : mProbe(probe) {}
 
   // True when `path` was accepted (the search is then over).
-  bool Try(const CPath& path) {
+  bool Try(CPath path) {
     if (!mProbe(path)) return false;
-    mFound = path;
+    mFound = std::move(path);
     return true;
   }
 
-  const CPath& found() const { return mFound; }
+  // Hands over the accepted path.
+  CPath TakeFound() { return std::move(mFound); }
 
  private:
   const CandidateProbe& mProbe;
@@ -83,21 +85,39 @@ class Search {
 
 // The locale's language and country as the lookups use them.
 struct LookupLocale {
+  CString code;
+  CPath root;
   CString language;
   CString country;
-  CPath languagePack;  // root + "Bulk/LanguagePack_" + language + "/"
+  CString audioCountry;  // the country after the English country rule
+  CPath languagePack;    // root + "Bulk/LanguagePack_" + language + "/"
 };
-
-LookupLocale LocaleOf(CSystemData* data) {
-  CString locale = data->GetLocaleCode();
-  return {LanguageOf(locale), CountryOf(locale), LanguagePackFolder(data->GetRootPath(), locale)};
-}
 
 // English audio is recorded for three countries; every other English-speaking
 // country hears the British recording.
-void ApplyEnglishCountryRule(LookupLocale* locale) {
-  const std::string& country = locale->country.raw();
-  if (locale->language.raw() == "en" && country != "us" && country != "ca" && country != "gb") locale->country = "gb";
+CString AudioCountryOf(const CString& language, const CString& country) {
+  const std::string& bytes = country.raw();
+  if (language.raw() == "en" && bytes != "us" && bytes != "ca" && bytes != "gb") return "gb";
+  return country;
+}
+
+// The locale is read anew for every lookup; what follows from it is worked
+// out again only when it (or the root) has changed since this thread's last
+// lookup. A lookup keeps its own reference, so a nested one may replace it.
+std::shared_ptr<const LookupLocale> LocaleOf(CSystemData* data) {
+  thread_local std::shared_ptr<const LookupLocale> tLast;
+  CString code = data->GetLocaleCode();
+  CPath root = data->GetRootPath();
+  if (tLast && tLast->code.raw() == code.raw() && tLast->root.raw() == root.raw()) return tLast;
+  auto locale = std::make_shared<LookupLocale>();
+  locale->language = LanguageOf(code);
+  locale->country = CountryOf(code);
+  locale->audioCountry = AudioCountryOf(locale->language, locale->country);
+  locale->languagePack = LanguagePackFolder(root, code);
+  locale->code = std::move(code);
+  locale->root = std::move(root);
+  tLast = locale;
+  return tLast;
 }
 
 // A folder and file-name prefix for a country's own recordings ("Audio_gb/gb_").
@@ -120,18 +140,18 @@ AudioName SplitAudioName(const CPath& name) {
 }
 
 bool SearchArt(CSystemData* data, const CPath& name, Search* search) {
-  LookupLocale locale = LocaleOf(data);
-  const CPath& pack = locale.languagePack;
-  return search->Try(Joined(pack, "Art_", locale.language, "/", name)) || search->Try(Joined(pack, "Art/", name)) ||
+  std::shared_ptr<const LookupLocale> locale = LocaleOf(data);
+  const CPath& pack = locale->languagePack;
+  return search->Try(Joined(pack, "Art_", locale->language, "/", name)) || search->Try(Joined(pack, "Art/", name)) ||
          search->Try(Joined(data->GetLanguagePackPath(false), "Art/", name));
 }
 
 // Video paths carry a second "/" before the name: players and their playlists
 // were matched against paths of this form.
 bool SearchVideo(CSystemData* data, const CPath& name, Search* search) {
-  LookupLocale locale = LocaleOf(data);
-  const CPath& pack = locale.languagePack;
-  return search->Try(Joined(pack, "Video_", locale.language, "/", "/", name)) ||
+  std::shared_ptr<const LookupLocale> locale = LocaleOf(data);
+  const CPath& pack = locale->languagePack;
+  return search->Try(Joined(pack, "Video_", locale->language, "/", "/", name)) ||
          search->Try(Joined(pack, "Video/", "/", name)) ||
          search->Try(Joined(data->GetLanguagePackPath(false), "Video/", "/", name));
 }
@@ -151,23 +171,21 @@ bool SearchAudioIn(const CPath& folder, const AudioName& audio, Search* search) 
 }
 
 bool SearchAudio(CSystemData* data, const AudioName& audio, Search* search) {
-  LookupLocale locale = LocaleOf(data);
-  ApplyEnglishCountryRule(&locale);
-  const CPath& pack = locale.languagePack;
+  std::shared_ptr<const LookupLocale> locale = LocaleOf(data);
+  const CPath& pack = locale->languagePack;
   return SearchAudioIn(Joined(data->GetCurrentTitlePath(), "Audio/"), audio, search) ||
-         SearchAudioIn(CountryAudio(pack, locale.country), audio, search) ||
+         SearchAudioIn(CountryAudio(pack, locale->audioCountry), audio, search) ||
          SearchAudioIn(Joined(pack, "Audio/"), audio, search) ||
          SearchAudioIn(Joined(data->GetLanguagePackPath(false), "Audio/"), audio, search);
 }
 
 bool SearchBookAudio(CSystemData* data, const CPath& name, Search* search) {
-  LookupLocale locale = LocaleOf(data);
-  ApplyEnglishCountryRule(&locale);
-  const CPath& pack = locale.languagePack;
-  CPath bookPack = Joined(data->GetRootPath(), "Bulk/BookPack_", locale.language);
-  return search->Try(Joined(CountryAudio(Joined(bookPack, "/"), locale.country), name)) ||
+  std::shared_ptr<const LookupLocale> locale = LocaleOf(data);
+  const CPath& pack = locale->languagePack;
+  CPath bookPack = Joined(locale->root, "Bulk/BookPack_", locale->language);
+  return search->Try(Joined(CountryAudio(Joined(bookPack, "/"), locale->audioCountry), name)) ||
          search->Try(Joined(bookPack, "/Audio/", name)) ||
-         search->Try(Joined(CountryAudio(pack, locale.country), name)) || search->Try(Joined(pack, "Audio/", name)) ||
+         search->Try(Joined(CountryAudio(pack, locale->audioCountry), name)) || search->Try(Joined(pack, "Audio/", name)) ||
          search->Try(Joined(data->GetLanguagePackPath(false), "Audio/", name));
 }
 
@@ -198,19 +216,13 @@ bool SearchCandidates(CSystemData* data, AssetKind kind, const CPath& name, Sear
 
 }  // namespace
 
-bool OpensForReading(const CPath& path) {
-  Env* env = Env::Current();
-  FILE* stream = nullptr;
-  if (!env->OpenStream(path.raw(), "r", &stream).ok()) return false;
-  env->CloseStream(stream);
-  return true;
-}
+bool OpensForReading(const CPath& path) { return Env::Current()->OpensForReading(path.raw()); }
 
 CPath LookUpAsset(CSystemData* data, AssetKind kind, const CPath& name, const CandidateProbe& probe) {
   const AssetRules& rules = RulesOf(kind);
   DebugOut(5, rules.trace, name.c_str());
   Search search(probe);
-  if (SearchCandidates(data, kind, name, &search)) return search.found();
+  if (SearchCandidates(data, kind, name, &search)) return search.TakeFound();
   if (rules.notFound != nullptr) DebugOut(1, rules.notFound, name.c_str());
   CPath placeholder = PlaceholderFor(kind, name);
   return placeholder.empty() ? CPath() : LookUpAsset(data, kind, placeholder, probe);
