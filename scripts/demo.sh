@@ -42,3 +42,4 @@ run checksum /QV/Bulk/ProgramFiles/ZooKeeper --verify /QV/Bulk/ProgramFiles/ZooK
 run doom
 run doom --critical --yes
 run version-compare 1.10 1.9
+run report --player 0
