@@ -156,23 +156,24 @@ struct VIRELINE_EXPORT tPlayerReport {
   uint64_t playMillis = 0;                // all sessions together
 };
 
-class VIRELINE_EXPORT CPlayReport {
+// Only the public calls leave the library, so the rebuilding steps may change freely.
+class CPlayReport {
  public:
   // A report to which records are then added in file order.
-  CPlayReport();
-  ~CPlayReport();
+  VIRELINE_EXPORT CPlayReport();
+  VIRELINE_EXPORT ~CPlayReport();
   CPlayReport(const CPlayReport&) = delete;
   CPlayReport& operator=(const CPlayReport&) = delete;
 
   // Reads the play log at device path `path` and rebuilds what it holds.
-  static tPlayerReport Read(const CPath& path);
+  VIRELINE_EXPORT static tPlayerReport Read(const CPath& path);
 
   // Takes the next record of the log into account.
-  void Add(const tLogRecord& record);
+  VIRELINE_EXPORT void Add(const tLogRecord& record);
 
   // Ends the log: closes what is still open and notes a torn last record
   // (at `tornOffset`, with `tornBytes` present) when `torn`.
-  void Finish(bool torn, uint64_t tornOffset, uint64_t tornBytes);
+  VIRELINE_EXPORT void Finish(bool torn, uint64_t tornOffset, uint64_t tornBytes);
 
   // What was rebuilt so far; complete after Finish.
   const tPlayerReport& Get() const { return mReport; }
