@@ -43,3 +43,4 @@ run doom
 run doom --critical --yes
 run version-compare 1.10 1.9
 run log export 0 --jsonl
+run report --player 0

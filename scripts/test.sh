@@ -4,6 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 ./scripts/install-deps.sh
+./scripts/install-report-deps.sh  # the play report's browser test; skipped loudly without it
 
 jobs=$(nproc)
 run_configuration() {

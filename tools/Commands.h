@@ -85,6 +85,9 @@ void RegisterDoomCommand(CLI::App& program, Action* action);
 // `vireline version-compare A B`: how the library orders two package versions.
 void RegisterVersionCompareCommand(CLI::App& program, Action* action);
 
+// `vireline report [SLOT|FILE...] [--player N] [--html FILE | --json]`: the players' sessions, time and answers.
+void RegisterReportCommand(CLI::App& program, Action* action);
+
 }  // namespace tools
 }  // namespace vireline
 

@@ -52,6 +52,7 @@ int main(int argc, char** argv) {
   vireline::tools::RegisterChecksumCommand(program, &action);
   vireline::tools::RegisterDoomCommand(program, &action);
   vireline::tools::RegisterVersionCompareCommand(program, &action);
+  vireline::tools::RegisterReportCommand(program, &action);
 
   try {
     program.parse(argc, argv);

@@ -21,6 +21,7 @@
 #include <vireline/CMicroDownloads.h>
 #include <vireline/CMilestones.h>
 #include <vireline/COrvoInterface.h>
+#include <vireline/CPlayReport.h>
 #include <vireline/CPlayerProfile.h>
 #include <vireline/CProfileDscFile.h>
 #include <vireline/CSettingsCfgFile.h>

@@ -33,8 +33,8 @@ TEST_F(LogCommandTest, DumpPrintsTheHeaderAndOneLinePerRecord) {
   EXPECT_EQ(run.exitStatus, 0) << run.err;
   EXPECT_EQ(run.err, "");
   std::vector<std::string> lines = Lines(run.out);
-  ASSERT_EQ(lines.size(), 16u);
-  EXPECT_EQ(lines[0].rfind("== /QV/Bulk/Data/Uploads/0/profile.log: 413 bytes, header valid: platform 10, serial \"", 0),
+  ASSERT_EQ(lines.size(), 61u);
+  EXPECT_EQ(lines[0].rfind("== /QV/Bulk/Data/Uploads/0/profile.log: 1407 bytes, header valid: platform 10, serial \"", 0),
             0u)
       << lines[0];
   EXPECT_EQ(lines[1], "         0  CTimeSync  clock=1709566200  resetCode=0");
@@ -43,6 +43,7 @@ TEST_F(LogCommandTest, DumpPrintsTheHeaderAndOneLinePerRecord) {
   EXPECT_EQ(lines[7], "     12900  CCorrectAnswerTimed  questionId=1  question=\"2+3\"  answer=\"5\"  time=5100");
   EXPECT_EQ(lines[8], "     20200  CWrongAnswerTimed  questionId=2  question=\"4+4\"  answer=\"9\"  time=7200");
   EXPECT_EQ(lines[15], "     39000  CUserLogOut  reason=1");
+  EXPECT_EQ(lines[16], "         0  CTimeSync  clock=1709655000  resetCode=0");
 }
 
 TEST_F(LogCommandTest, DumpWithoutATargetPrintsAllThreeSlots) {
@@ -63,12 +64,12 @@ TEST_F(LogCommandTest, DumpJsonIsOneObjectPerLine) {
   InspectorRun run = Log("dump 1 --json");
   EXPECT_EQ(run.exitStatus, 0);
   std::vector<std::string> lines = Lines(run.out);
-  ASSERT_EQ(lines.size(), 13u);
+  ASSERT_EQ(lines.size(), 43u);
   Json::Value header = ParseJson(lines[0]);
   EXPECT_EQ(header["header"].asString(), "valid");
   EXPECT_EQ(header["platform"].asInt(), 10);
   EXPECT_EQ(header["logNumber"].asInt(), 1);
-  EXPECT_EQ(header["size"].asInt(), 341);
+  EXPECT_EQ(header["size"].asInt(), 1066);
   Json::Value record = ParseJson(lines[7]);
   EXPECT_EQ(record["class"].asString(), "CCorrectAnswer");
   EXPECT_EQ(record["type"].asInt(), 18);
@@ -84,12 +85,12 @@ TEST_F(LogCommandTest, ATornLastRecordIsReportedAfterTheRecordsBeforeIt) {
   WriteFile(kSlot0, content.substr(0, content.size() - 3));
   InspectorRun run = Log("dump 0");
   EXPECT_EQ(run.exitStatus, 4);
-  EXPECT_EQ(Lines(run.out).size(), 15u);
-  EXPECT_EQ(run.err, "vireline log: /QV/Bulk/Data/Uploads/0/profile.log: torn record at offset 406 (4 bytes present)\n");
+  EXPECT_EQ(Lines(run.out).size(), 60u);
+  EXPECT_EQ(run.err, "vireline log: /QV/Bulk/Data/Uploads/0/profile.log: torn record at offset 1387 (17 bytes present)\n");
   InspectorRun json = Log("dump 0 --json");
   Json::Value torn = ParseJson(Lines(json.out).back());
   EXPECT_TRUE(torn["torn"].asBool());
-  EXPECT_EQ(torn["offset"].asInt(), 406);
+  EXPECT_EQ(torn["offset"].asInt(), 1387);
 }
 
 TEST_F(LogCommandTest, UnknownAndMismatchedRecordsShowTheirPayload) {
@@ -98,10 +99,10 @@ TEST_F(LogCommandTest, UnknownAndMismatchedRecordsShowTheirPayload) {
   InspectorRun run = Log("dump 0");
   EXPECT_EQ(run.exitStatus, 0);
   std::vector<std::string> lines = Lines(run.out);
-  ASSERT_EQ(lines.size(), 18u);
-  EXPECT_EQ(lines[16], "        16  type 48  payload=abcd");
-  EXPECT_EQ(lines[17], "        32  CGameStart  payload=78");
-  Json::Value unknown = ParseJson(Lines(Log("dump 0 --json").out)[16]);
+  ASSERT_EQ(lines.size(), 63u);
+  EXPECT_EQ(lines[61], "        16  type 48  payload=abcd");
+  EXPECT_EQ(lines[62], "        32  CGameStart  payload=78");
+  Json::Value unknown = ParseJson(Lines(Log("dump 0 --json").out)[61]);
   EXPECT_TRUE(unknown["class"].isNull());
   EXPECT_EQ(unknown["payload"].asString(), "abcd");
 }
@@ -125,17 +126,17 @@ TEST_F(LogCommandTest, StatsCountsRecordsByClassAndTheBytesLeft) {
   InspectorRun run = Log("stats");
   EXPECT_EQ(run.exitStatus, 0);
   std::vector<std::string> lines = Lines(run.out);
-  EXPECT_EQ(lines[0], "slot 0  /QV/Bulk/Data/Uploads/0/profile.log  413 bytes  header valid  15 records");
-  EXPECT_NE(run.out.find("  CCorrectAnswerTimed      2\n"), std::string::npos);
-  EXPECT_EQ(lines.back(), "total 1154 bytes of 1024000; 1022846 bytes left under the cap");
+  EXPECT_EQ(lines[0], "slot 0  /QV/Bulk/Data/Uploads/0/profile.log  1407 bytes  header valid  60 records");
+  EXPECT_NE(run.out.find("  CCorrectAnswerTimed      6\n"), std::string::npos);
+  EXPECT_EQ(lines.back(), "total 3479 bytes of 1024000; 1020521 bytes left under the cap");
 }
 
 TEST_F(LogCommandTest, StatsJsonGivesEachSlot) {
   Json::Value stats = ParseJson(Log("stats --json").out);
   ASSERT_EQ(stats["slots"].size(), 3u);
-  EXPECT_EQ(stats["slots"][2]["records"].asInt(), 14);
+  EXPECT_EQ(stats["slots"][2]["records"].asInt(), 39);
   EXPECT_EQ(stats["slots"][2]["classes"]["CCriticalError"].asInt(), 1);
-  EXPECT_EQ(stats["bytesLeft"].asInt(), 1022846);
+  EXPECT_EQ(stats["bytesLeft"].asInt(), 1020521);
   EXPECT_EQ(stats["cap"].asInt(), 1024000);
 }
 
