@@ -20,4 +20,4 @@ def test_the_five_line_example_runs(tmp_path, monkeypatch, capsys):
     exec(example, {})
     assert vireline.device_root() == before
     assert capsys.readouterr().out.startswith("en-us /QV/Bulk/LanguagePack/Art/star.png\n")
-    assert len((tmp_path / "device.jsonl").read_text().splitlines()) == 41
+    assert len((tmp_path / "device.jsonl").read_text().splitlines()) == 141
