@@ -47,7 +47,22 @@ fi
 [ -n "$work_dir" ] || work_dir=$(mktemp -d "${TMPDIR:-/tmp}/vireline-fuzz.XXXXXX")
 mkdir -p "$work_dir"
 
+# The fuzzers need clang's compiler and its sanitizer and libFuzzer runtimes.
+install_fuzz_deps() {
+  local missing=() package
+  for package in clang-14 libclang-rt-14-dev; do
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed" || missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return 0
+  local sudo=""
+  [ "$(id -u)" -ne 0 ] && sudo="sudo"
+  echo "Installing: ${missing[*]}" >&2
+  $sudo apt-get update -qq || echo "apt-get update reported errors; trying the install anyway" >&2
+  DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq "${missing[@]}" >&2
+}
+
 if [ "$build" = 1 ]; then
+  install_fuzz_deps
   cmake -S . -B "$build_dir" -DCMAKE_CXX_COMPILER=clang++-14 -DVIRELINE_FUZZ=ON -DVIRELINE_WERROR=ON \
     -DVIRELINE_BUILD_TESTS=OFF -DVIRELINE_BUILD_TOOLS=OFF -DVIRELINE_BUILD_BENCH=OFF -DVIRELINE_BUILD_PYTHON=OFF \
     -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
