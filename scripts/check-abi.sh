@@ -6,6 +6,9 @@
 #                                                 information and compare it
 #   scripts/check-abi.sh --update [--arch ...]    write the baseline anew (after
 #                                                 a SONAME bump or an addition)
+#   scripts/check-abi.sh [--arch ...] --lib LIB   compare a library already built
+#                                                 with debug information (CI
+#                                                 reuses its test builds)
 #   scripts/check-abi.sh --compare BASELINE LIB   compare one library with one
 #                                                 baseline (used by its test)
 #   scripts/check-abi.sh --dump LIB OUT           write a library's ABI to OUT
@@ -74,18 +77,24 @@ build_library() {
   echo "$dir/libvireline.so"
 }
 
-mode=check arch=x86_64
+mode=check arch=x86_64 prebuilt=""
 while [ $# -gt 0 ]; do
   case "$1" in
     --arch) arch=${2:?}; shift 2 ;;
     --update) mode=update; shift ;;
+    --lib) prebuilt=${2:?}; shift 2 ;;
     --compare) [ $# -eq 3 ] || die "usage: --compare BASELINE LIB"; compare "$2" "$3"; exit ;;
     --dump) [ $# -eq 3 ] || die "usage: --dump LIB OUT"; dump "$2" "$3"; exit ;;
     *) die "unknown argument $1" ;;
   esac
 done
 case "$arch" in x86_64|armhf) ;; *) die "unknown architecture $arch" ;; esac
-lib=$(build_library "$arch")
+if [ -n "$prebuilt" ]; then
+  [ -f "$prebuilt" ] || die "no library $prebuilt"
+  lib=$prebuilt
+else
+  lib=$(build_library "$arch")
+fi
 if [ "$mode" = update ]; then
   dump "$lib" "$root/abi/$arch.abi" "$root/include/vireline"
   echo "check-abi: wrote abi/$arch.abi ($(library_soname "$lib"))"
