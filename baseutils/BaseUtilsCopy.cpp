@@ -6,6 +6,7 @@
 #include <vireline/Platform.h>
 
 #include "baseutils/UpperLayers.h"
+#include "platform/AtomicFile.h"
 #include "platform/DeviceStream.h"
 
 namespace {
@@ -54,15 +55,16 @@ bool BaseUtils::CopyAtomicFile(const CPath& source, const CPath& destination) {
   char buffer[kCopyStep];
   size_t got;
   while ((got = fread(buffer, 1, sizeof buffer, in.get())) > 0) {
-    if (fwrite(buffer, 1, got, out) != got) {
-      in.Close();
-      fcloseAtomic(out);
-      return false;
-    }
+    if (fwrite(buffer, 1, got, out) != got) break;
   }
-  bool sourceClosed = in.Close().ok();
-  bool destinationClosed = fcloseAtomic(out) == 0;
-  return sourceClosed && destinationClosed;
+  // A read error ends the loop as the end of the file would: only a source
+  // read to its end, and closed cleanly, may replace the destination.
+  const bool sourceWhole = !ferror(in.get()) && !ferror(out);
+  if (!in.Close().ok() || !sourceWhole) {
+    vireline::AbandonAtomic(out);
+    return false;
+  }
+  return fcloseAtomic(out) == 0;
 }
 
 bool BaseUtils::RecursiveCopy(const CPath& source, const CPath& destination) {

@@ -12,6 +12,7 @@
 
 #include <vireline/Platform.h>
 
+#include "platform/AtomicFile.h"
 #include "platform/DeviceStream.h"
 #include "platform/Env.h"
 
@@ -116,20 +117,39 @@ FILE* fopenAtomic(const char* path, const char* mode) {
   return stream;
 }
 
+namespace vireline {
+namespace {
+
+// Takes `stream` out of the pending replaces; false when fopenAtomic did not open it.
+bool TakePending(FILE* stream, PendingReplace* replace) {
+  Registry& registry = Pending();
+  std::lock_guard<std::mutex> lock(registry.mutex);
+  auto found = registry.pending.find(stream);
+  if (found == registry.pending.end()) return false;
+  *replace = found->second;
+  registry.pending.erase(found);
+  return true;
+}
+
+}  // namespace
+
+void AbandonAtomic(FILE* stream) {
+  if (stream == nullptr) return;
+  PendingReplace replace;
+  Env* env = Env::Current();
+  env->CloseStream(stream);
+  if (TakePending(stream, &replace)) env->RemoveFile(replace.temporary);
+}
+
+}  // namespace vireline
+
 int fcloseAtomic(FILE* stream) {
   using namespace vireline;
   if (stream == nullptr) return EOF;
   PendingReplace replace;
-  {
-    Registry& registry = Pending();
-    std::lock_guard<std::mutex> lock(registry.mutex);
-    auto found = registry.pending.find(stream);
-    if (found == registry.pending.end()) {
-      Env::Current()->CloseStream(stream);
-      return EOF;  // not a stream fopenAtomic opened: nothing was committed
-    }
-    replace = found->second;
-    registry.pending.erase(found);
+  if (!TakePending(stream, &replace)) {
+    Env::Current()->CloseStream(stream);
+    return EOF;  // not a stream fopenAtomic opened: nothing was committed
   }
   return Commit(Env::Current(), stream, replace).ok() ? 0 : EOF;
 }

@@ -1,0 +1,93 @@
+// Every durable write, with the platform failing each of its calls in turn
+// (once, or from then on): the target holds the old content or the new one,
+// whole, nothing temporary is left beside it, and a reported success means
+// the new content is there. Only a failed sync of the folder, after the new
+// file is in place, may report failure over the new content: the replace is
+// done but not known to be durable.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include <vireline/BaseUtils.h>
+#include <vireline/CJSonFile.h>
+
+#include "DeviceRootTest.h"
+#include "hardening/FaultMatrix.h"
+
+using vireline::FaultInjectionEnv;
+
+namespace {
+
+
+const char kJsonFolder[] = "/QV/Bulk/Data";
+const char kJsonPath[] = "/QV/Bulk/Data/Milestones.json";
+const char kJsonOld[] = "{\"old\":true}\n";
+
+}  // namespace
+
+class DurableWriteFaultMatrixTest : public DeviceRootTest {
+ protected:
+  void SetUp() override {
+    DeviceRootTest::SetUp();
+    vireline::Env::SetCurrent(&mFaults);
+  }
+  void TearDown() override {
+    vireline::Env::SetCurrent(nullptr);
+    DeviceRootTest::TearDown();
+  }
+
+  // The outcome rule above, for `path` alone in `folder`.
+  void ExpectOldOrNew(const FaultMatrixStep& step, bool reported, const std::string& folder,
+                      const std::string& path, const std::string& oldContent, const std::string& newContent) {
+    const std::string now = ReadFile(path);
+    const std::string name = path.substr(path.rfind('/') + 1);
+    EXPECT_EQ(List(folder), std::vector<std::string>{name});
+    if (reported) {
+      EXPECT_EQ(now, newContent);
+    } else if (step.op == FaultInjectionEnv::kSyncDir) {
+      EXPECT_TRUE(now == oldContent || now == newContent) << now;
+    } else {
+      EXPECT_EQ(now, oldContent);
+    }
+  }
+
+  FaultInjectionEnv mFaults{vireline::Env::Default()};
+};
+
+TEST_F(DurableWriteFaultMatrixTest, JsonDocumentLoadedChangedAndSavedKeepsOldOrNewWhole) {
+  std::string newContent;
+  const auto attempt = [&] {
+    LTM::CJSonFile file(kJsonPath, 0);
+    file.Load();
+    file.mRoot["old"] = false;
+    file.mRoot["new"] = "a value";
+    return file.Save() == 0;
+  };
+  WriteFile(kJsonPath, kJsonOld);
+  ASSERT_TRUE(attempt());
+  newContent = ReadFile(kJsonPath);
+  const int runs = RunFaultMatrix(
+      mFaults, FileOps(), [&] { WriteFile(kJsonPath, kJsonOld); }, attempt,
+      [&](const FaultMatrixStep& step, bool reported) {
+        ExpectOldOrNew(step, reported, kJsonFolder, kJsonPath, kJsonOld, newContent);
+      });
+  EXPECT_GT(runs, 10);
+}
+
+TEST_F(DurableWriteFaultMatrixTest, AtomicCopyKeepsTheOldDestinationOrTheWholeSource) {
+  const std::string source(100, 'n');
+  const int runs = RunFaultMatrix(
+      mFaults, FileOps(),
+      [&] {
+        WriteFile("/s/in", source);
+        WriteFile("/d/out", "old destination");
+      },
+      [&] { return BaseUtils::Instance()->CopyAtomicFile("/s/in", "/d/out"); },
+      [&](const FaultMatrixStep& step, bool reported) {
+        ExpectOldOrNew(step, reported, "/d", "/d/out", "old destination", source);
+        EXPECT_EQ(ReadFile("/s/in"), source);
+      });
+  EXPECT_GT(runs, 10);
+}
+
