@@ -10,7 +10,6 @@
 #include <vector>
 
 #include <vireline/BaseUtils.h>
-#include <vireline/CJSonFile.h>
 
 #include "DeviceRootTest.h"
 #include "hardening/FaultMatrix.h"
@@ -20,9 +19,6 @@ using vireline::FaultInjectionEnv;
 namespace {
 
 
-const char kJsonFolder[] = "/QV/Bulk/Data";
-const char kJsonPath[] = "/QV/Bulk/Data/Milestones.json";
-const char kJsonOld[] = "{\"old\":true}\n";
 
 }  // namespace
 
@@ -54,26 +50,6 @@ class DurableWriteFaultMatrixTest : public DeviceRootTest {
 
   FaultInjectionEnv mFaults{vireline::Env::Default()};
 };
-
-TEST_F(DurableWriteFaultMatrixTest, JsonDocumentLoadedChangedAndSavedKeepsOldOrNewWhole) {
-  std::string newContent;
-  const auto attempt = [&] {
-    LTM::CJSonFile file(kJsonPath, 0);
-    file.Load();
-    file.mRoot["old"] = false;
-    file.mRoot["new"] = "a value";
-    return file.Save() == 0;
-  };
-  WriteFile(kJsonPath, kJsonOld);
-  ASSERT_TRUE(attempt());
-  newContent = ReadFile(kJsonPath);
-  const int runs = RunFaultMatrix(
-      mFaults, FileOps(), [&] { WriteFile(kJsonPath, kJsonOld); }, attempt,
-      [&](const FaultMatrixStep& step, bool reported) {
-        ExpectOldOrNew(step, reported, kJsonFolder, kJsonPath, kJsonOld, newContent);
-      });
-  EXPECT_GT(runs, 10);
-}
 
 TEST_F(DurableWriteFaultMatrixTest, AtomicCopyKeepsTheOldDestinationOrTheWholeSource) {
   const std::string source(100, 'n');
