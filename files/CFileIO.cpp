@@ -8,6 +8,8 @@
 #include <vireline/CFileUtils.h>
 #include <vireline/COrvoInterface.h>
 
+#include "files/UnreadableFiles.h"
+
 namespace {
 
 const U32 kMissing = 0xFFFFFFFFu;
@@ -331,8 +333,14 @@ bool CFileIO::Open(const char* path) {
   Close();
   mpPath = boundPath;
   mpFile = COrvoInterface::FOpen(mpPath, "r");
-  if (mpFile == nullptr) return false;
+  if (mpFile == nullptr) {
+    // Only a missing file may be created afresh from an empty table; one that
+    // exists but does not open (a flash read error, no permission) is kept.
+    vireline::UnreadableFiles::Mark(this, !vireline::UnreadableFiles::IsMissing(mpPath));
+    return false;
+  }
   Parse();
+  vireline::UnreadableFiles::Mark(this, std::ferror(mpFile) != 0);  // a read error cut the table short
   COrvoInterface::FClose(mpFile);
   mpFile = nullptr;
   mDirty = 0;
@@ -346,6 +354,7 @@ void CFileIO::Close() {
   }
   COrvoInterface::Free(mpPath);
   mpPath = nullptr;
+  vireline::UnreadableFiles::Mark(this, false);
   Clear();
 }
 
@@ -518,6 +527,10 @@ bool CFileIO::Changed(bool ok) {
 
 bool CFileIO::Write() {
   if (!mDirty) return true;
+  if (vireline::UnreadableFiles::IsMarked(this)) {
+    COrvoInterface::Trace("CFileIO::Write() - failed opening %s for writing.", mpPath ? mpPath : "(null)");
+    return false;
+  }
   if (mpFile != nullptr) {
     COrvoInterface::FCloseAtomic(mpFile);
     mpFile = nullptr;

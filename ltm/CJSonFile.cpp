@@ -11,6 +11,7 @@
 
 #include "baseutils/DebugModules.h"
 #include "platform/DeviceStream.h"
+#include "files/UnreadableFiles.h"
 
 namespace LTM {
 namespace {
@@ -67,12 +68,16 @@ CJSonFile::CJSonFile(const Glib::ustring& path, unsigned char createIfMissing)
 CJSonFile::CJSonFile(const Glib::ustring& folder, const Glib::ustring& name, unsigned char createIfMissing)
     : mRsrcPath(folder + name), mCreateIfMissing(createIfMissing) {}
 
-CJSonFile::~CJSonFile() {}
+CJSonFile::~CJSonFile() { vireline::UnreadableFiles::Mark(this, false); }
 
 U32 CJSonFile::Load() {
   if (mRsrcPath.empty()) return kLoadFailed;
   std::unique_ptr<vireline::DeviceStream> in(new vireline::DeviceStream(mRsrcPath.c_str(), "rt"));
-  if (!in->ok() && mCreateIfMissing != 0) {
+  // Only a missing file is created: one that is there but does not open (a
+  // flash read error, no permission) is kept, and so is it by Save.
+  bool missing = !in->ok() && vireline::UnreadableFiles::IsMissing(mRsrcPath.c_str());
+  vireline::UnreadableFiles::Mark(this, !in->ok() && !missing);
+  if (missing && mCreateIfMissing != 0) {
     CreateDefaultFile(mRsrcPath);
     in.reset(new vireline::DeviceStream(mRsrcPath.c_str(), "rt"));
   }
@@ -84,11 +89,13 @@ U32 CJSonFile::Load() {
   std::string bytes;
   if (!ReserveText(size, &bytes)) {
     PrintLoadFailure(2, "could not allocate memory", mRsrcPath);
+    vireline::UnreadableFiles::Mark(this, true);
     return kLoadFailed;
   }
   // An unmeasurable file reads as a short read: nothing arrives of "all" of it.
   if (size < 0 || std::fread(&bytes[0], 1, static_cast<size_t>(size), in->get()) != static_cast<size_t>(size)) {
     PrintLoadFailure(2, "buffer size does not match reported size", mRsrcPath);
+    vireline::UnreadableFiles::Mark(this, true);
     return kLoadFailed;
   }
   in.reset();
@@ -105,7 +112,7 @@ U32 CJSonFile::Load() {
 }
 
 U32 CJSonFile::Save() {
-  if (mRsrcPath.empty()) return kSaveFailed;
+  if (mRsrcPath.empty() || vireline::UnreadableFiles::IsMarked(this)) return kSaveFailed;
   // Rendered before the file is opened: a document too deep to write must not
   // leave a half-made replacement behind.
   Glib::ustring text = FastWriter().write(mRoot);

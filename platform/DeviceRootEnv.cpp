@@ -1,5 +1,7 @@
 #include "platform/DeviceRootEnv.h"
 
+#include <cerrno>
+
 #include "platform/DeviceRoot.h"
 
 namespace vireline {
@@ -70,8 +72,28 @@ auto OnHostPath(const std::string& devicePath, Use use) {
 
 }  // namespace
 
+// Under a host folder standing in for a device, a FIFO, socket or device node
+// where the image should hold a file would block its reader or feed it
+// without end ("/dev/urandom"): it is refused (ENXIO) before it is opened. On
+// a device (root "/") nothing is checked: its partitions are character devices.
+namespace {
+Result RefuseSpecialFile(Env* host, const std::string& hostPath) {
+  FileInfo info;
+  if (host->Stat(hostPath, &info).ok() && info.type == FileType::kOther) return Result::Error(ENXIO);
+  return Result::Ok();
+}
+}  // namespace
+
 Result DeviceRootEnv::OpenStream(const std::string& path, const char* mode, FILE** stream) {
-  return OnHostPath(path, [&](const std::string& host) { return target()->OpenStream(host, mode, stream); });
+  *stream = nullptr;
+  return OnHostPath(path, [&](const std::string& host) {
+    // Writers make fresh temporary files; the files a reader expects are checked.
+    if (!CurrentDeviceRoot().empty() && mode != nullptr && mode[0] == 'r') {
+      Result refused = RefuseSpecialFile(target(), host);
+      if (!refused.ok()) return refused;
+    }
+    return target()->OpenStream(host, mode, stream);
+  });
 }
 bool DeviceRootEnv::OpensForReading(const std::string& path) {
   return OnHostPath(path, [&](const std::string& host) { return target()->OpensForReading(host); });

@@ -94,8 +94,9 @@ class PosixEnv : public Env {
     return AppendToDescriptor(::fileno(stream), data, size);
   }
 
+  // Without waiting: a FIFO where a file is looked for must not stop the lookup.
   bool OpensForReading(const std::string& path) override {
-    int fd = ::open64(path.c_str(), O_RDONLY);
+    int fd = ::open64(path.c_str(), O_RDONLY | O_NONBLOCK);
     if (fd < 0) return false;
     ::close(fd);
     return true;

@@ -31,6 +31,10 @@ bool ExplainCandidate(const CPath& path) {
 }
 
 int RunFind(const std::string& kind, const std::string& name, const std::string& title, bool explain) {
+  if (name.empty()) {  // the lookup would try the asset folders themselves
+    std::fprintf(stderr, "vireline find: the asset name is empty\n");
+    return kUsage;
+  }
   RouteSystemDataMessages(explain);
   CSystemData* data = CSystemData::Instance();
   if (!title.empty()) data->SetCurrentTitlePath(title.back() == '/' ? title : title + "/");

@@ -1,13 +1,16 @@
 // `vireline json FILE [PATH]`: a JSON document as the library loads it, or
 // the value at a path such as "Flags[0].LocaleCode" (keys joined by ".",
 // array elements chosen by "[N]").
+#include <cctype>
 #include <cstdio>
+#include <cstring>
 #include <string>
 #include <vector>
 
 #include <vireline/vireline.h>
 
 #include "tools/Commands.h"
+#include "tools/KeyValueDisplay.h"
 
 namespace vireline {
 namespace tools {
@@ -73,6 +76,43 @@ const LTM::Value* Resolve(const LTM::Value& root, const std::vector<PathStep>& s
   return at;
 }
 
+// JsonCpp's "* Line 3, Column 5\n  Syntax error: ...\n" as one line,
+// "line 3, column 5: Syntax error: ..." (the first error only).
+std::string FirstError(const std::string& messages) {
+  std::string text = messages;
+  if (text.compare(0, 2, "* ") == 0) text.erase(0, 2);
+  size_t lineEnd = text.find('\n');
+  std::string place = text.substr(0, lineEnd);
+  if (!place.empty()) place[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(place[0])));
+  size_t columnWord = place.find(", Column");
+  if (columnWord != std::string::npos) place[columnWord + 2] = 'c';
+  if (lineEnd == std::string::npos) return place;
+  size_t start = text.find_first_not_of(' ', lineEnd + 1);
+  size_t end = text.find('\n', start);
+  return start == std::string::npos ? place : place + ": " + text.substr(start, end - start);
+}
+
+// Why a regular file did not load: where its text stops being JSON, or that
+// it could not be read.
+std::string LoadFailure(const std::string& path) {
+  const size_t kMaxText = kMaxTextFileSize;
+  FILE* in = COrvoInterface::FOpen(path.c_str(), "r");
+  if (in == nullptr) return "cannot be opened";
+  std::string text;
+  char block[4096];
+  size_t got;
+  while (text.size() <= kMaxText && (got = std::fread(block, 1, sizeof block, in)) > 0) text.append(block, got);
+  bool failed = std::ferror(in) != 0;
+  COrvoInterface::FClose(in);
+  if (failed) return "cannot be read";
+  if (text.size() > kMaxText) return "larger than 16 MiB, the most the inspector reads";
+  text.resize(std::strlen(text.c_str()));  // the library's text ends at a zero byte too
+  LTM::Reader reader;
+  LTM::Value root;
+  if (reader.parse(Glib::ustring(text), root)) return "cannot be read";
+  return "not a JSON document: " + FirstError(reader.getFormattedErrorMessages());
+}
+
 int RunJson(const std::string& path, const std::string& valuePath, bool hasPath) {
   std::vector<PathStep> steps;
   if (hasPath && !ParsePath(valuePath, &steps)) {
@@ -80,9 +120,11 @@ int RunJson(const std::string& path, const std::string& valuePath, bool hasPath)
                  valuePath.c_str());
     return kUsage;
   }
+  // Whatever keeps the document from loading, the exit status is 1.
+  if (CheckTextFile("json", path) != kSuccess) return kNotFound;
   LTM::CJSonFile file(path, 0);
   if (file.Load() != 0) {
-    std::fprintf(stderr, "vireline json: %s: does not load as a JSON document\n", path.c_str());
+    std::fprintf(stderr, "vireline json: %s: %s\n", path.c_str(), LoadFailure(path).c_str());
     return kNotFound;
   }
   const LTM::Value* value = Resolve(file.mRoot, steps);

@@ -4,6 +4,7 @@
 #ifndef VIRELINE_TOOLS_KEYVALUEDISPLAY_H_
 #define VIRELINE_TOOLS_KEYVALUEDISPLAY_H_
 
+#include <cstdint>
 #include <cstdio>
 #include <iostream>
 #include <memory>
@@ -30,6 +31,10 @@ inline void PrintJson(const Json::Value& json) {
   std::cout << std::endl;
 }
 
+// The largest text file the inspector reads whole: far above any settings,
+// metadata or document file, and a bound on what a wrong file can cost.
+const uint32_t kMaxTextFileSize = 16u * 1024 * 1024;
+
 // kSuccess when `path` is a regular file; otherwise reports why on standard
 // error ("vireline <command>: ...") and returns the exit status.
 inline int CheckRegularFile(const char* command, const std::string& path) {
@@ -45,6 +50,18 @@ inline int CheckRegularFile(const char* command, const std::string& path) {
   return kSuccess;
 }
 
+// As CheckRegularFile, for a text file read whole: also refused when larger
+// than kMaxTextFileSize.
+inline int CheckTextFile(const char* command, const std::string& path) {
+  int status = CheckRegularFile(command, path);
+  tStatLite info;
+  if (status == kSuccess && COrvoInterface::Stat(path.c_str(), &info, false) && info.size > kMaxTextFileSize) {
+    std::fprintf(stderr, "vireline %s: %s: larger than 16 MiB, the most the inspector reads\n", command, path.c_str());
+    return kIoError;
+  }
+  return status;
+}
+
 // kSuccess and `dir` + "/meta.inf" in *path when that names a regular file;
 // otherwise reports why on standard error and returns the exit status.
 inline int PackageMetaInf(const char* command, const std::string& dir, std::string* path) {
@@ -54,7 +71,7 @@ inline int PackageMetaInf(const char* command, const std::string& dir, std::stri
     return kUsage;
   }
   *path = joined;
-  return CheckRegularFile(command, *path);
+  return CheckTextFile(command, *path);
 }
 
 }  // namespace tools

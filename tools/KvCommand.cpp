@@ -42,13 +42,35 @@ void PrintEntries(const CFileIO& file) {
   }
 }
 
+// The number of the first line of `path` that holds a NUL byte (lines
+// counted at "\n"); 0 when none does or the file cannot be read.
+unsigned long FirstLineWithNul(const std::string& path) {
+  FILE* in = COrvoInterface::FOpen(path.c_str(), "r");
+  if (in == nullptr) return 0;
+  unsigned long line = 1, found = 0;
+  char block[4096];
+  size_t got;
+  while (found == 0 && (got = std::fread(block, 1, sizeof block, in)) > 0) {
+    for (size_t i = 0; i < got && found == 0; ++i) {
+      if (block[i] == '\0') found = line;
+      if (block[i] == '\n') ++line;
+    }
+  }
+  COrvoInterface::FClose(in);
+  return found;
+}
+
 int RunKv(const std::string& path, const std::string& key, bool hasKey, bool json) {
-  int status = CheckRegularFile("kv", path);
+  int status = CheckTextFile("kv", path);
   if (status != kSuccess) return status;
   CFileIO file;
   if (!file.Open(path.c_str())) {
     std::fprintf(stderr, "vireline kv: %s: cannot be read\n", path.c_str());
     return kIoError;
+  }
+  if (unsigned long line = FirstLineWithNul(path)) {
+    std::fprintf(stderr, "vireline kv: %s: line %lu holds a NUL byte (\\x00); the library reads each line only up to it\n",
+                 path.c_str(), line);
   }
   if (!hasKey) {
     if (json) {

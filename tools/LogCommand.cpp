@@ -52,8 +52,33 @@ std::string RecordLine(const tLogRecord& record) {
   return line;
 }
 
+// True when `path` is there but is no regular file (a folder, a FIFO): a
+// reader would report a nonsense size for it, or wait on it.
+bool IsNotARegularFile(const CPath& path) {
+  tStatLite info = {};
+  return COrvoInterface::Stat(path.c_str(), &info, false) && info.type != 1;
+}
+
+// The exit status of targets that are numbers but no player slot ("3"):
+// the usage error is reported; kSuccess when every target is fine.
+int CheckSlots(const char* command, const std::vector<std::string>& targets) {
+  for (const std::string& target : targets) {
+    bool number = !target.empty() && target.find_first_not_of("0123456789") == std::string::npos;
+    if (number && (target.size() != 1 || target[0] - '0' >= CLogFile::kSlotCount)) {
+      std::fprintf(stderr, "vireline log %s: no player slot %s (slots are 0-%d; give a log file as a device path)\n",
+                   command, target.c_str(), CLogFile::kSlotCount - 1);
+      return kUsage;
+    }
+  }
+  return kSuccess;
+}
+
 // Prints one file; the exit status it deserves.
 int DumpFile(const CPath& path, bool json) {
+  if (IsNotARegularFile(path)) {
+    std::fprintf(stderr, "vireline log: %s: not a regular file\n", path.c_str());
+    return kIoError;
+  }
   CLogReader reader(path);
   if (reader.GetStatus() == CLogReader::kCannotOpen) {
     std::fprintf(stderr, "vireline log: %s: cannot be opened\n", path.c_str());
@@ -87,7 +112,8 @@ int DumpFile(const CPath& path, bool json) {
 int RunDump(const std::string& target, bool json) {
   std::vector<std::string> targets;
   if (!target.empty()) targets.push_back(target);
-  int status = kSuccess;
+  int status = CheckSlots("dump", targets);
+  if (status != kSuccess) return status;
   for (const LogExporter::tTarget& log : LogExporter::Resolve(targets)) {
     int fileStatus = DumpFile(log.path, json);
     if (fileStatus > status) status = fileStatus;
@@ -97,6 +123,10 @@ int RunDump(const std::string& target, bool json) {
 
 // Exports one log's records as JSON Lines; the exit status it deserves.
 int ExportFile(const LogExporter::tTarget& log) {
+  if (IsNotARegularFile(log.path)) {
+    std::fprintf(stderr, "vireline log: %s: not a regular file\n", log.path.c_str());
+    return kIoError;
+  }
   LogExporter::tResult result =
       LogExporter::Export(log, [](const std::string& line) { std::printf("%s\n", line.c_str()); });
   if (result.status == CLogReader::kCannotOpen) {
@@ -115,7 +145,8 @@ int ExportFile(const LogExporter::tTarget& log) {
 }
 
 int RunExport(const std::vector<std::string>& targets) {
-  int status = kSuccess;
+  int status = CheckSlots("export", targets);
+  if (status != kSuccess) return status;
   for (const LogExporter::tTarget& log : LogExporter::Resolve(targets)) {
     int fileStatus = ExportFile(log);
     if (fileStatus > status) status = fileStatus;
@@ -129,7 +160,9 @@ int RunStats(bool json) {
   uint64_t total = 0;
   for (int slot = 0; slot < CLogFile::kSlotCount; ++slot) {
     CPath path = CLogFile::GetLogFilePath(slot);
-    CLogReader reader(path);
+    bool irregular = IsNotARegularFile(path);
+    if (irregular) std::fprintf(stderr, "vireline log stats: %s: not a regular file; counted as empty\n", path.c_str());
+    CLogReader reader(irregular ? CPath() : path);
     std::map<std::string, uint64_t> counts;
     uint64_t records = 0;
     tLogRecord record;

@@ -2,6 +2,7 @@
 // copies, or change the serial number, locale or SKU in manufacturing mode.
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -37,10 +38,68 @@ int Fail(const char* command, const char* what, int status) {
   return status == kMfgPartitionNotFound ? kNotFound : kIoError;
 }
 
-// Loads the record; with no valid copy Init still succeeds (all zeros).
-int Load(CMfgData* data, const char* command) {
+// Copy `index`'s partition name and device path, as "MfgData0 (/dev/mtd3)".
+std::string CopyName(int index) {
+  char path[16] = "?";
+  CMfgData::GetNorPartitionFilename(path, index);
+  return "MfgData" + std::to_string(index) + " (" + path + ")";
+}
+
+// Why copy `index` could not be read: its absence, its size, or the error
+// the failed read left (`error`).
+std::string ReadFailureReason(int index, int error) {
+  char path[16] = "";
+  CMfgData::GetNorPartitionFilename(path, index);
+  tStatLite info = {};
+  if (!COrvoInterface::Stat(path, &info, false)) return "no such file";
+  if (info.type == 1 && info.size < kMfgRecordSize) {
+    return "shorter than a record (" + std::to_string(info.size) + " of " + std::to_string(kMfgRecordSize) + " bytes)";
+  }
+  return error != 0 ? std::strerror(error) : "read failed";
+}
+
+// Loads copy 1 into `data` when Init stopped at an unreadable copy 0 (Init
+// reads copy 1 only after a bad checksum in copy 0); false when copy 1 is
+// not valid either.
+bool LoadCopy1(CMfgData* data) {
+  if (data->ValidateNORMfgSector(1) != 0) return false;
+  unsigned char record[kMfgRecordSize];
+  return data->GetNORMfgSectorData(1, record) == kMfgSuccess &&
+         data->Write(record, 0, kMfgRecordSize) == kMfgRecordSize;
+}
+
+// Which copy a record was loaded from (-1: none valid), and why copy 0 was
+// passed over when it could not be read (empty otherwise).
+struct Loaded {
+  int source = -1;
+  std::string copy0Unreadable;
+};
+
+// Loads the record; with no valid copy Init still succeeds (all zeros). An
+// unreadable copy 0 beside a valid copy 1 loads copy 1, as verify accepts it.
+int Load(CMfgData* data, const char* command, Loaded* loaded) {
+  errno = 0;
   int status = data->Init();
-  return status == kMfgSuccess ? kSuccess : Fail(command, "cannot load the manufacturing record", status);
+  int error = errno;
+  if (status == kMfgReadFailed0 || status == kMfgReadFailed1) {
+    int index = status == kMfgReadFailed0 ? 0 : 1;
+    std::string reason = ReadFailureReason(index, error);
+    if (index == 0 && LoadCopy1(data)) {
+      std::fprintf(stderr, "vireline mfg %s: copy 0 of the manufacturing record, %s, cannot be read: %s; using copy 1\n",
+                   command, CopyName(0).c_str(), reason.c_str());
+      loaded->source = 1;
+      loaded->copy0Unreadable = reason;
+      return kSuccess;
+    }
+    std::fprintf(stderr, "vireline mfg %s: cannot load the manufacturing record: %s cannot be read: %s\n", command,
+                 CopyName(index).c_str(), reason.c_str());
+    return kIoError;
+  }
+  if (status != kMfgSuccess) return Fail(command, "cannot load the manufacturing record", status);
+  int first, second;
+  data->GetNorChecksumResults(first, second);
+  loaded->source = first == 0 ? 0 : second == 0 ? 1 : -1;
+  return kSuccess;
 }
 
 // A fixed-size text field as a quoted C string: trailing NULs dropped, other
@@ -106,11 +165,9 @@ bool PrintCopies(CMfgData& data) {
   return anyValid;
 }
 
-void PrintLoadedFrom(CMfgData& data) {
-  int first, second;
-  data.GetNorChecksumResults(first, second);
-  const char* source = first == 0 ? "copy 0" : second == 0 ? "copy 1" : "none valid: an all-zero record";
-  std::printf("loaded from: %s\n", source);
+void PrintLoadedFrom(int source) {
+  const char* text = source == 0 ? "copy 0" : source == 1 ? "copy 1" : "none valid: an all-zero record";
+  std::printf("loaded from: %s\n", text);
 }
 
 void PrintCalibration(CMfgData& data) {
@@ -170,10 +227,11 @@ void PrintIdentity(CMfgData& data) {
 
 int RunShow() {
   CMfgData data;
-  int status = Load(&data, "show");
+  Loaded loaded;
+  int status = Load(&data, "show", &loaded);
   if (status != kSuccess) return status;
   PrintCopies(data);
-  PrintLoadedFrom(data);
+  PrintLoadedFrom(loaded.source);
   PrintIdentity(data);
   PrintCalibration(data);
   return kSuccess;
@@ -203,7 +261,55 @@ const TextField kSettable[] = {
     {"sku", 11, &CMfgData::SetSku},
 };
 
-int RunSet(const std::string& name, const std::string& value, bool mfgMode) {
+// Why `value` cannot be stored in `field`; empty when it can.
+std::string ValueProblem(const TextField& field, const std::string& value) {
+  if (value.size() > field.size) {
+    return std::string(field.name) + " holds at most " + std::to_string(field.size) + " characters";
+  }
+  bool hex = std::all_of(value.begin(), value.end(), [](char c) { return std::isxdigit(static_cast<unsigned char>(c)); });
+  if (std::strcmp(field.name, "serial") == 0 && !hex) return "serial takes hexadecimal digits only (0-9, a-f, A-F)";
+  return std::string();
+}
+
+// True when the device root is a folder standing in for a device, whose
+// programs are the image's own and not the device's.
+bool RootIsAnImage() {
+  std::string root = GetDeviceRoot();
+  return !root.empty() && root != "/";
+}
+
+struct SetOptions {
+  bool mfgMode = false;
+  bool trustImage = false;
+  bool force = false;
+};
+
+// Why writing the record is refused before anything is written, and the exit
+// status for it; empty when it may go ahead.
+std::string WriteProblem(const Loaded& loaded, bool force, int* exitStatus) {
+  *exitStatus = kCorrupt;
+  char first[16] = "", second[16] = "";
+  CMfgData::GetNorPartitionFilename(first, 0);
+  CMfgData::GetNorPartitionFilename(second, 1);
+  if (std::strcmp(first, second) == 0) {
+    return std::string("/proc/mtd names one device, ") + first +
+           ", for both MfgData0 and MfgData1; writing it twice would leave a single copy";
+  }
+  if (!loaded.copy0Unreadable.empty() && !force) {
+    // Update writes the copy it did not load first: here that is copy 1,
+    // the only valid one, and an interruption would leave none.
+    *exitStatus = kIoError;
+    return "copy 0, " + CopyName(0) + ", cannot be read (" + loaded.copy0Unreadable + "): writing would rewrite " +
+           "the only valid copy, " + CopyName(1) + ", first; --force writes anyway";
+  }
+  if (loaded.source < 0 && !force) {
+    return "no valid copy of the manufacturing record in " + CopyName(0) + " or " + CopyName(1) +
+           ": writing would replace both with a record of zeros; --force writes anyway";
+  }
+  return std::string();
+}
+
+int RunSet(const std::string& name, const std::string& value, const SetOptions& options) {
   const TextField* field = nullptr;
   for (const TextField& candidate : kSettable) {
     if (name == candidate.name) field = &candidate;
@@ -212,17 +318,29 @@ int RunSet(const std::string& name, const std::string& value, bool mfgMode) {
     std::fprintf(stderr, "vireline mfg set: no settable field '%s' (serial, locale, sku)\n", name.c_str());
     return kUsage;
   }
-  if (value.size() > field->size) {
-    std::fprintf(stderr, "vireline mfg set: %s holds at most %zu characters\n", field->name, field->size);
+  std::string problem = ValueProblem(*field, value);
+  if (!problem.empty()) {
+    std::fprintf(stderr, "vireline mfg set: %s\n", problem.c_str());
     return kUsage;
   }
-  if (!mfgMode) {
+  if (!options.mfgMode) {
     std::fprintf(stderr, "vireline mfg set: writing the manufacturing record needs --mfg-mode\n");
     return kUsage;
   }
+  if (RootIsAnImage() && !options.trustImage) {
+    std::fprintf(stderr,
+                 "vireline mfg set: --mfg-mode runs the image's own /usr/bin/mfgmode.sh as you; add --trust-image "
+                 "only for an image from a source you trust\n");
+    return kUsage;
+  }
   CMfgData data;
-  int status = Load(&data, "set");
+  Loaded loaded;
+  int status = Load(&data, "set", &loaded);
   if (status != kSuccess) return status;
+  if (!(problem = WriteProblem(loaded, options.force, &status)).empty()) {
+    std::fprintf(stderr, "vireline mfg set: %s\n", problem.c_str());
+    return status;
+  }
   if ((status = data.SetMfgMode(true)) != kMfgSuccess) return Fail("set", "cannot enter manufacturing mode", status);
   char padded[24] = {};  // the fixed-size fields are NUL-padded
   std::memcpy(padded, value.data(), value.size());
@@ -243,12 +361,17 @@ void RegisterMfgCommand(CLI::App& program, Action* action) {
   verify->callback([action] { *action = [] { return RunVerify(); }; });
 
   static std::string field, value;  // must outlive the parse and the action
-  static bool mfgMode = false;
+  static SetOptions options;
   auto* set = mfg->add_subcommand("set", "Change the serial number, locale or SKU and write both copies");
   set->add_option("FIELD", field, "serial (at most 20 characters), locale (8) or sku (11)")->required();
   set->add_option("VALUE", value, "The new value")->required();
-  set->add_flag("--mfg-mode", mfgMode, "Enter manufacturing mode (/usr/bin/mfgmode.sh 2) to write the flash");
-  set->callback([action] { *action = [] { return RunSet(field, value, mfgMode); }; });
+  set->add_flag("--mfg-mode", options.mfgMode, "Enter manufacturing mode (/usr/bin/mfgmode.sh 2) to write the flash");
+  set->add_flag("--trust-image", options.trustImage,
+                "With --root other than /, let --mfg-mode run the image's own /usr/bin/mfgmode.sh as you: an image "
+                "from elsewhere could run anything");
+  set->add_flag("--force", options.force,
+                "Write even when no copy is valid, replacing both with a record of zeros and the new field");
+  set->callback([action] { *action = [] { return RunSet(field, value, options); }; });
 }
 
 }  // namespace tools

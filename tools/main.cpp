@@ -16,6 +16,15 @@ int UsageError(const std::string& message) {
   return vireline::tools::kUsage;
 }
 
+// True when the device root ("/", --root or $VIRELINE_ROOT) is a folder;
+// otherwise says so: every path would be missing and every answer a default.
+bool DeviceRootIsUsable() {
+  tStatLite info = {};
+  if (COrvoInterface::Stat("/", &info, false) && info.type != 1) return true;
+  std::fprintf(stderr, "vireline: device root %s: not a folder\n", vireline::GetDeviceRoot().c_str());
+  return false;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -64,5 +73,6 @@ int main(int argc, char** argv) {
     return UsageError(error.what());
   }
   if (!root.empty()) vireline::SetDeviceRoot(root);
+  if (!DeviceRootIsUsable()) return vireline::tools::kUsage;
   return action ? action() : vireline::tools::kUsage;
 }

@@ -297,3 +297,15 @@ TEST_F(CSystemTest, AssertionConsultsTheSettingsWithoutChangingThem) {
   BaseUtils::Instance()->Assert(0, "VirelineJSON/Src/LTM", 1, "checked %d", 7);
   EXPECT_EQ(ReadFile(kSettingsPath), settings);
 }
+
+TEST_F(CSystemTest, ASettingsFileThatCouldNotBeReadIsNotReplacedByAChange) {
+  const std::string before = "CurrProfile=0x00000002\nContrast=0x00000032\nLocale=fr-fr\n";
+  WriteFile(kSettingsPath, before);
+  vireline::Env::SetCurrent(&mFaults);
+  mFaults.FailAfter(FaultInjectionEnv::kRead, 0, EIO, true);
+  CSystem system;
+  mFaults.Reset();
+  EXPECT_FALSE(system.SetLocale("de-de"));
+  vireline::Env::SetCurrent(nullptr);
+  EXPECT_EQ(ReadFile(kSettingsPath), before);
+}

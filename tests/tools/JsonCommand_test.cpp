@@ -68,12 +68,36 @@ TEST_F(JsonCommandTest, FilesThatDoNotLoadExitWithOne) {
   WriteFile("/QV/Bulk/Data/bad.json", "{\"a\":");
   InspectorRun bad = Json("/QV/Bulk/Data/bad.json");
   EXPECT_EQ(bad.exitStatus, 1);
-  EXPECT_NE(bad.err.find("vireline json: /QV/Bulk/Data/bad.json: does not load as a JSON document\n"),
-            std::string::npos);
+  EXPECT_NE(bad.err.find("vireline json: /QV/Bulk/Data/bad.json: not a JSON document: line 1, column 6: "),
+            std::string::npos)
+      << bad.err;
   EXPECT_NE(bad.err.find("CJSonFile::Load() failed to open (JSON parser reported an error)"), std::string::npos);
   InspectorRun missing = Json("/QV/Bulk/Data/none.json");
   EXPECT_EQ(missing.exitStatus, 1);
   EXPECT_FALSE(Exists("/QV/Bulk/Data/none.json"));
+}
+
+TEST_F(JsonCommandTest, AMissingFileIsNamedWithTheReason) {
+  InspectorRun run = Json("/QV/Bulk/Data/none.json");
+  EXPECT_EQ(run.exitStatus, 1);
+  EXPECT_EQ(run.err, "vireline json: /QV/Bulk/Data/none.json: no such file\n");
+}
+
+TEST_F(JsonCommandTest, AFolderIsNamedWithTheReason) {
+  MakeDirs("/QV/Bulk/Data/folder.json");
+  InspectorRun run = Json("/QV/Bulk/Data/folder.json");
+  EXPECT_EQ(run.exitStatus, 1);
+  EXPECT_EQ(run.err, "vireline json: /QV/Bulk/Data/folder.json: not a regular file\n");
+}
+
+TEST_F(JsonCommandTest, AParseErrorGivesItsLineAndColumn) {
+  WriteFile("/QV/Bulk/Data/bad.json", "{\n  \"a\": 1,\n  \"b\" 2\n}\n");
+  InspectorRun run = Json("/QV/Bulk/Data/bad.json");
+  EXPECT_EQ(run.exitStatus, 1);
+  EXPECT_NE(run.err.find("vireline json: /QV/Bulk/Data/bad.json: not a JSON document: line 3, column 7: Missing ':' "
+                         "after object member name\n"),
+            std::string::npos)
+      << run.err;
 }
 
 TEST_F(JsonCommandTest, MissingFileArgumentIsAUsageError) { EXPECT_EQ(Json("").exitStatus, 2); }
