@@ -10,6 +10,8 @@
 #include <vector>
 
 #include <vireline/BaseUtils.h>
+#include <vireline/CFileIO.h>
+#include <vireline/CJSonFile.h>
 
 #include "DeviceRootTest.h"
 #include "hardening/FaultMatrix.h"
@@ -17,6 +19,15 @@
 using vireline::FaultInjectionEnv;
 
 namespace {
+
+const char kMetaFolder[] = "/QV/Bulk/ProgramFiles/Game";
+const char kMetaPath[] = "/QV/Bulk/ProgramFiles/Game/meta.inf";
+const char kMetaOld[] = "PackageID=GAME-1\r\nVersion=1.0\r\nName=\"Old Game\"\r\n";
+const char kMetaNew[] = "PackageID=GAME-1\nVersion=2.0\nName=\"Old Game\"\nHidden=0x00000001\n";
+
+const char kJsonFolder[] = "/QV/Bulk/Data";
+const char kJsonPath[] = "/QV/Bulk/Data/Milestones.json";
+const char kJsonOld[] = "{\"keep\":1,\"old\":true}\n";
 
 
 
@@ -67,3 +78,40 @@ TEST_F(DurableWriteFaultMatrixTest, AtomicCopyKeepsTheOldDestinationOrTheWholeSo
   EXPECT_GT(runs, 10);
 }
 
+
+TEST_F(DurableWriteFaultMatrixTest, JsonDocumentLoadedChangedAndSavedKeepsOldOrNewWhole) {
+  std::string newContent;
+  const auto attempt = [&] {
+    LTM::CJSonFile file(kJsonPath, 0);
+    file.Load();
+    file.mRoot["old"] = false;
+    file.mRoot["new"] = "a value";
+    return file.Save() == 0;
+  };
+  WriteFile(kJsonPath, kJsonOld);
+  ASSERT_TRUE(attempt());
+  newContent = ReadFile(kJsonPath);
+  const int runs = RunFaultMatrix(
+      mFaults, FileOps(), [&] { WriteFile(kJsonPath, kJsonOld); }, attempt,
+      [&](const FaultMatrixStep& step, bool reported) {
+        ExpectOldOrNew(step, reported, kJsonFolder, kJsonPath, kJsonOld, newContent);
+      });
+  EXPECT_GT(runs, 10);
+}
+
+
+TEST_F(DurableWriteFaultMatrixTest, KeyValueFileReadChangedAndWrittenKeepsOldOrNewWhole) {
+  const int runs = RunFaultMatrix(
+      mFaults, FileOps(), [&] { WriteFile(kMetaPath, kMetaOld); },
+      [&] {
+        CFileIO file;
+        file.Open(kMetaPath);
+        file.SetStr("Version", "2.0");
+        file.SetUInt("Hidden", 1);
+        return file.Write();
+      },
+      [&](const FaultMatrixStep& step, bool reported) {
+        ExpectOldOrNew(step, reported, kMetaFolder, kMetaPath, kMetaOld, kMetaNew);
+      });
+  EXPECT_GT(runs, 20);
+}
