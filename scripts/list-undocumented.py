@@ -11,8 +11,18 @@ DECL = re.compile(r'^\s*(?:VIRELINE_EXPORT\s+|static\s+|virtual\s+|explicit\s+|i
 
 def undocumented(path):
     lines = path.read_text().splitlines()
-    depth_paren = 0
+    private = False
     for i, line in enumerate(lines):
+        stripped = line.strip()
+        if re.match(r'^(class|struct)\b.*\{$', stripped):
+            private = stripped.startswith('class')
+        if stripped in ('public:', 'protected:'):
+            private = False
+        elif stripped == 'private:':
+            private = True
+        # Private members, deleted copies and destructors state no contract of their own.
+        if private or '= delete' in line or '~' in line:
+            continue
         if SKIP.match(line) or not DECL.match(line):
             continue
         prev = lines[i - 1].strip() if i > 0 else ''
