@@ -41,10 +41,6 @@ bool ZantoLegacyFlag() { return CSystemData::Instance()->GetZantoLegacyFlag(); }
 
 CString PlayerProfileName(int slot) { return LTM::CPlayerProfile(slot).GetName(); }
 
-void RequestPackageQVC(const CString& id, const CString& version) {
-  BaseUtils::Instance()->RequestPackageQVC(id, version);
-}
-
 CPath ProgramFilesPath() { return CSystemData::Instance()->GetProgramFilesPath(); }
 
 CPath CartPath() { return CSystemData::Instance()->GetCartPath(); }

@@ -1,8 +1,8 @@
 // The one seam through which the base utilities and the data objects call
 // the layers built above them (system paths, play log, player profiles,
-// checksum and doom checks, device services). Each function forwards to the
-// service that answers it; nothing else in the lower layers names those
-// services directly.
+// package metadata and JSON lists, the language list). Each function only
+// forwards to the area that answers it; nothing else in the lower layers
+// names those areas, and the build lets no other include through.
 #ifndef VIRELINE_BASEUTILS_UPPERLAYERS_H_
 #define VIRELINE_BASEUTILS_UPPERLAYERS_H_
 
@@ -50,9 +50,6 @@ bool ZantoLegacyFlag();
 
 // The name in the profile of player `slot`; empty when there is none.
 CString PlayerProfileName(int slot);
-
-// Asks the desktop connect application for package `id` at `version` or newer.
-void RequestPackageQVC(const CString& id, const CString& version);
 
 // Folders and the running title as the content lists see them.
 

@@ -26,7 +26,7 @@ const char kVersionFile[] = "/etc/version";
 const size_t kVersionWordLimit = 255;  // far longer than any firmware version
 
 U32 Request(const Glib::ustring& id, const Glib::ustring& version, U32 requestBit) {
-  vireline::upper::RequestPackageQVC(id, version);
+  BaseUtils::Instance()->RequestPackageQVC(id, version);
   return requestBit;
 }
 
