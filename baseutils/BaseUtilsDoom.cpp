@@ -2,7 +2,6 @@
 // the check that the device's critical content is present and not doomed.
 #include <vireline/BaseUtils.h>
 
-#include <vireline/CJSonFile.h>
 #include <vireline/Platform.h>
 
 #include "baseutils/DebugModules.h"
@@ -51,11 +50,8 @@ void DoomCriticalFolder(const CPath& folder) {
   BaseUtils::Instance()->CreateFile(kGlobalDoomMarker);
 }
 
-// Checks one "FolderList" entry; true when it is missing or doomed. Entries
-// that are not text name no folder and are passed over.
-bool CheckCriticalFolder(const LTM::Value& entry) {
-  if (!entry.isString()) return false;
-  CPath folder = entry.asString();
+// Checks one "FolderList" folder; true when it is missing or doomed.
+bool CheckCriticalFolder(const CPath& folder) {
   BaseUtils* utils = BaseUtils::Instance();
   // A doomed folder is reported as missing: to the device it is gone.
   if (!utils->FileIsDir(folder) || utils->HasDoomPackage(folder)) {
@@ -87,15 +83,12 @@ bool BaseUtils::HasDoomPackageCritical() {
   CString language = vireline::upper::LocaleCode().substr(0, 2);
   CPath path = CriticalDocumentPath(type, language);
   if (path.empty() || !FileExists(path)) return true;
-  LTM::CJSonFile document(path, 0);
-  if (document.Load() != 0) return true;
-  const LTM::Value& root = document.mRoot;
-  if (!root.isObject() || !root.isMember(kFolderListKey)) return true;
-  // A "FolderList" that is not an array lists no folders.
-  const LTM::Value& list = root[kFolderListKey];
+  // A "FolderList" that is not an array, and entries that are not text, name no folder.
+  std::vector<CString> list;
+  if (!vireline::upper::ReadTextList(path, kFolderListKey, &list)) return true;
   bool doomed = false;
-  for (LTM::ArrayIndex i = 0; list.isArray() && i < list.size(); ++i) {
-    if (CheckCriticalFolder(list[i])) doomed = true;
+  for (const CString& folder : list) {
+    if (CheckCriticalFolder(folder)) doomed = true;
   }
   return doomed;
 }

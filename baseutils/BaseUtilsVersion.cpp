@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include <vireline/CMetaInfo.h>
+#include "baseutils/UpperLayers.h"
 
 namespace {
 
@@ -45,6 +45,5 @@ int BaseUtils::CompareVersion(const CString& a, const CString& b) {
 }
 
 CString BaseUtils::ReadVersionFromMeta(const CPath& path) {
-  LTM::CMetaInfo meta(path);
-  return meta.IsValid() ? meta.GetPackageVersion() : CString(kNoVersion);
+  return vireline::upper::ValidPackageVersion(path, kNoVersion);
 }

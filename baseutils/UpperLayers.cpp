@@ -9,21 +9,17 @@
 #include <vireline/CMetaInfo.h>
 #include <vireline/CSystem.h>
 #include <vireline/CSystemData.h>
-#include <vireline/LogEvents.h>
 #include <vireline/Platform.h>
 
 #include "baseutils/DebugModules.h"
+#include "logging/LogRequests.h"
+#include "ltm/LowerLayerReads.h"
 #include "systemdata/SystemDataInternal.h"
 
 namespace vireline {
 namespace upper {
 
-void AppendCriticalError(const char* message) {
-  CLogFile* log = CLogFile::Instance();
-  if (!log->IsProfileSet()) log->SetCurrentProfile(0);
-  LogData::Vireline::CCriticalError record(message);
-  log->Append(record);
-}
+void AppendCriticalError(const char* message) { logging::AppendCriticalError(message); }
 
 void ConsultSettingsAfterAssert() { LTM::CSystem().AreCheatsEnabled(); }
 
@@ -44,14 +40,6 @@ CPath DataProfilePath(tPlayerID player) { return CSystemData::Instance()->GetDat
 bool ZantoLegacyFlag() { return CSystemData::Instance()->GetZantoLegacyFlag(); }
 
 CString PlayerProfileName(int slot) { return LTM::CPlayerProfile(slot).GetName(); }
-
-int CompareVersion(const CString& a, const CString& b) { return BaseUtils::Instance()->CompareVersion(a, b); }
-
-bool HasDoomPackage(const CPath& folder) { return BaseUtils::Instance()->HasDoomPackage(folder); }
-
-void RequestPackageQVC(const CString& id, const CString& version) {
-  BaseUtils::Instance()->RequestPackageQVC(id, version);
-}
 
 CPath ProgramFilesPath() { return CSystemData::Instance()->GetProgramFilesPath(); }
 
@@ -81,7 +69,9 @@ bool EarlyPreKBlackListed() { return CSystemData::Instance()->GetEarlyPreKBlackL
 
 bool LogProfileSet() { return CLogFile::Instance()->IsProfileSet(); }
 
-void AppendLogRecord(CLogData& record) { CLogFile::Instance()->Append(record); }
+void AppendAchievementEarned(unsigned short badge) { logging::AppendAchievementEarned(badge); }
+
+void AppendNewUser(unsigned long userId) { logging::AppendNewUser(userId); }
 
 void InitLogFile(FILE* file, tPlayerID slot) { CLogFile::Instance()->InitLogFile(file, slot); }
 
@@ -90,6 +80,16 @@ CString PackageVersion(const CPath& folder) { return LTM::CMetaInfo(folder).GetP
 CString PackageTagString(const CPath& folder, const CString& key) { return LTM::CMetaInfo(folder).GetTagString(key); }
 
 U32 PackageTagInt(const CPath& folder, const CString& key) { return LTM::CMetaInfo(folder).GetTagInt(key); }
+
+CString ValidPackageVersion(const CPath& folder, const char* missing) {
+  return ltm::ValidPackageVersion(folder, missing);
+}
+
+bool ReadTextList(const CPath& path, const char* member, std::vector<CString>* texts) {
+  return ltm::ReadTextList(path, member, texts);
+}
+
+std::vector<LanguageInfo> InstalledLanguages() { return systemdata::InstalledLanguages(); }
 
 }  // namespace upper
 }  // namespace vireline

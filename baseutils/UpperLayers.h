@@ -1,16 +1,17 @@
 // The one seam through which the base utilities and the data objects call
 // the layers built above them (system paths, play log, player profiles,
-// checksum and doom checks, device services). Each function forwards to the
-// service that answers it; nothing else in the lower layers names those
-// services directly.
+// package metadata and JSON lists, the language list). Each function only
+// forwards to the area that answers it; nothing else in the lower layers
+// names those areas, and the build lets no other include through.
 #ifndef VIRELINE_BASEUTILS_UPPERLAYERS_H_
 #define VIRELINE_BASEUTILS_UPPERLAYERS_H_
 
 #include <cstdio>
+#include <vector>
 
 #include <vireline/Types.h>
 
-class CLogData;
+struct LanguageInfo;
 
 namespace vireline {
 namespace upper {
@@ -49,15 +50,6 @@ bool ZantoLegacyFlag();
 
 // The name in the profile of player `slot`; empty when there is none.
 CString PlayerProfileName(int slot);
-
-// Negative, 0 or positive as version `a` is older than, equal to or newer than `b`.
-int CompareVersion(const CString& a, const CString& b);
-
-// True when `folder` holds a doom marker.
-bool HasDoomPackage(const CPath& folder);
-
-// Asks the desktop connect application for package `id` at `version` or newer.
-void RequestPackageQVC(const CString& id, const CString& version);
 
 // Folders and the running title as the content lists see them.
 
@@ -102,8 +94,11 @@ bool EarlyPreKBlackListed();
 // True once a player has been chosen for the play log.
 bool LogProfileSet();
 
-// Appends `record` to the current player's play log.
-void AppendLogRecord(CLogData& record);
+// Appends an achievement record for `badge` to the current player's play log.
+void AppendAchievementEarned(unsigned short badge);
+
+// Appends a new-player record for player `userId` to the current player's play log.
+void AppendNewUser(unsigned long userId);
 
 // Gives the open log file of `slot` a fresh header when it has none.
 void InitLogFile(FILE* file, tPlayerID slot);
@@ -118,6 +113,16 @@ CString PackageTagString(const CPath& folder, const CString& key);
 
 // The number tag `key` of the metadata of package folder `folder`; 0xFFFFFFFF when missing.
 U32 PackageTagInt(const CPath& folder, const CString& key);
+
+// The version in the metadata of package folder `folder`; `missing` when the metadata is not valid.
+CString ValidPackageVersion(const CPath& folder, const char* missing);
+
+// Loads JSON document `path`; false unless its root is an object with member
+// `member`, whose text entries then go to `texts`.
+bool ReadTextList(const CPath& path, const char* member, std::vector<CString>* texts);
+
+// The installed language packs, the device locale's first.
+std::vector<LanguageInfo> InstalledLanguages();
 
 }  // namespace upper
 }  // namespace vireline

@@ -26,7 +26,7 @@ const char kVersionFile[] = "/etc/version";
 const size_t kVersionWordLimit = 255;  // far longer than any firmware version
 
 U32 Request(const Glib::ustring& id, const Glib::ustring& version, U32 requestBit) {
-  vireline::upper::RequestPackageQVC(id, version);
+  BaseUtils::Instance()->RequestPackageQVC(id, version);
   return requestBit;
 }
 
@@ -41,7 +41,7 @@ Glib::ustring InstalledFirmwareVersion() {
 // the wanted firmware is requested rather than silently assumed present.
 U32 CheckFirmware(const Glib::ustring& id, const Glib::ustring& version) {
   Glib::ustring installed = InstalledFirmwareVersion();
-  if (installed.empty() || vireline::upper::CompareVersion(version, installed) > 0) {
+  if (installed.empty() || BaseUtils::Instance()->CompareVersion(version, installed) > 0) {
     return Request(id, version, CMetaInfo::kRequestedApplication);
   }
   return 0;
@@ -74,11 +74,11 @@ U32 CheckLanguagePack(const Glib::ustring& id, const Glib::ustring& version) {
 // withdrawn, or when the installed version is older.
 U32 CheckPackage(const Glib::ustring& id, const Glib::ustring& version) {
   Glib::ustring folder = vireline::upper::RootPath() + PackageFolder(id);
-  if (!BaseUtils::Instance()->FileIsDir(folder) || vireline::upper::HasDoomPackage(folder)) {
+  if (!BaseUtils::Instance()->FileIsDir(folder) || BaseUtils::Instance()->HasDoomPackage(folder)) {
     return Request(id, version, CMetaInfo::kRequestedApplication);
   }
   CMetaInfo installed(folder);
-  if (vireline::upper::CompareVersion(version, installed.GetPackageVersion()) > 0) {
+  if (BaseUtils::Instance()->CompareVersion(version, installed.GetPackageVersion()) > 0) {
     return Request(id, version, CMetaInfo::kRequestedApplication);
   }
   return 0;
@@ -122,11 +122,11 @@ unsigned char CheckLanguagePacks(const Glib::ustring& folder, void* info) {
   if (folder.find("LanguagePack") == Glib::ustring::npos && folder.find("BookPack") == Glib::ustring::npos) {
     return 1;
   }
-  if (vireline::upper::HasDoomPackage(folder + "/")) return 1;
+  if (BaseUtils::Instance()->HasDoomPackage(folder + "/")) return 1;
   CMetaInfo installed(folder);
   if (installed.GetPackageId() != want->packageId) return 1;
   // The first pack with the wanted id decides, whether or not its version suffices.
-  if (vireline::upper::CompareVersion(want->version, installed.GetPackageVersion()) < 1) want->found = true;
+  if (BaseUtils::Instance()->CompareVersion(want->version, installed.GetPackageVersion()) < 1) want->found = true;
   return 0;
 }
 

@@ -8,7 +8,6 @@
 #include <vireline/BaseUtils.h>
 #include <vireline/CMetaInfo.h>
 #include <vireline/COrvoInterface.h>
-#include <vireline/LogEvents.h>
 
 #include "baseutils/UpperLayers.h"
 #include "platform/DeviceStream.h"
@@ -55,8 +54,7 @@ bool CPlayerProfile::AddBadge(U32 badge) {
   }
   // Logged even when nothing could be stored: the achievement itself happened.
   if (vireline::upper::LogProfileSet()) {
-    LogData::Vireline::CAchievementEarned event(static_cast<unsigned short>(badge & 0xFFFF));
-    vireline::upper::AppendLogRecord(event);
+    vireline::upper::AppendAchievementEarned(static_cast<unsigned short>(badge & 0xFFFF));
   }
   return stored;
 }
@@ -65,8 +63,7 @@ bool CPlayerProfile::NewProfile(const Glib::ustring& name) {
   if (!IsValid()) return false;
   bool local = Local()->NewProfile(name.c_str(), 0, 0);
   bool shared = Shared()->NewProfile(name.c_str(), 0, 0);
-  LogData::Vireline::CNewUser event(GetId());
-  vireline::upper::AppendLogRecord(event);
+  vireline::upper::AppendNewUser(GetId());
   return local && shared;
 }
 

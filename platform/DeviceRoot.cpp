@@ -66,7 +66,7 @@ std::string GetDeviceRoot() {
 
 // True when `path` is absolute and has no empty, "." or ".." component, so
 // normalizing would return it unchanged; lookups hit this on every open.
-bool IsNormalized(const std::string& path) {
+static bool IsNormalized(const std::string& path) {
   if (path.empty() || path[0] != '/') return false;
   const char* end = path.data() + path.size();
   for (const char* slash = path.data();;) {

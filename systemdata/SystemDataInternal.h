@@ -4,6 +4,9 @@
 #ifndef VIRELINE_SYSTEMDATA_SYSTEMDATAINTERNAL_H_
 #define VIRELINE_SYSTEMDATA_SYSTEMDATAINTERNAL_H_
 
+#include <vector>
+
+#include <vireline/BaseUtils.h>
 #include <vireline/Types.h>
 
 #include "baseutils/DebugModules.h"
@@ -60,6 +63,9 @@ struct ManageInventoryPackage {
 
 // The package that GetManageInventoryPath returns, computed without creating anything.
 ManageInventoryPackage ManageInventoryFor(const CPath& dataPath, tPlayerID currentPlayer);
+
+// The installed language packs, the device locale's first (BaseUtils::GetLanguages).
+std::vector<LanguageInfo> InstalledLanguages();
 
 }  // namespace systemdata
 }  // namespace vireline

@@ -55,37 +55,58 @@ class VIRELINE_EXPORT CMetaInfo {
   bool IsValid() const;
   // True unless "Hidden" reads as 0.
   bool IsHidden() const;
+  // Reads "ProductID".
   U32 GetProductId() const;
+  // Reads "Version".
   Glib::ustring GetPackageVersion() const;
+  // Reads "Device".
   Glib::ustring GetDeviceType() const;
+  // Reads "Name".
   Glib::ustring GetPackageName() const;
   // "DeviceAltPkgID" when present, else "PackageID".
   Glib::ustring GetPackageId() const;
+  // Reads "ShortName".
   Glib::ustring GetShortName() const;
   // The empty type when missing.
   tPackageType GetPackageType() const;
+  // Reads "Publisher".
   Glib::ustring GetPublisher() const;
+  // Reads "Developer".
   Glib::ustring GetDeveloper() const;
+  // Reads "PartNumber".
   Glib::ustring GetPartNumber() const;
+  // Reads "Icon".
   Glib::ustring GetIcon() const;
   // "Depends" as Malloc'ed strings (free each and the array with COrvoInterface::Free); their count.
   U32 GetDependencies(char**& out) const;
   // "ProfileAccess" (items read in base 16) in a Malloc'ed array (COrvoInterface::Free); their count.
   U32 GetProfileAccess(unsigned long*& out) const;
+  // Reads "DeviceAccess".
   U32 GetDeviceAccess() const;
 
   // Setters mark the object changed; false when the set fails or there is no file object.
   bool SetProductId(U32 id);
+  // Stores "Version".
   bool SetPackageVersion(const Glib::ustring& version);
+  // Stores "Device".
   bool SetDeviceType(const Glib::ustring& device);
+  // Stores "Name".
   bool SetPackageName(const Glib::ustring& name);
+  // Stores "PackageID".
   bool SetPackageId(const Glib::ustring& id);
+  // Stores "ShortName".
   bool SetShortName(const Glib::ustring& name);
+  // Stores "Type".
   bool SetPackageType(const tPackageType& type);
+  // Stores "Publisher".
   bool SetPublisher(const Glib::ustring& publisher);
+  // Stores "Developer".
   bool SetDeveloper(const Glib::ustring& developer);
+  // Stores "PartNumber".
   bool SetPartNumber(const Glib::ustring& partNumber);
+  // Stores "Icon".
   bool SetIcon(const Glib::ustring& icon);
+  // Stores "Hidden".
   bool SetHidden(bool hidden);
   // True (not false) when there is no file object, as older callers expect.
   bool SetProfileAccess(const unsigned long* profiles, unsigned long count);
@@ -115,14 +136,17 @@ class VIRELINE_EXPORT CMetaInfo {
   Glib::ustring GetLargeIcon() const;
   // "PreviewImage".
   Glib::ustring GetPreviewImage() const;
+  // Stores "PreviewImage".
   bool SetPreviewImage(const Glib::ustring& image);
   // "PathToUploadContent".
   Glib::ustring GetPathToUploadContent() const;
+  // Stores "PathToUploadContent".
   bool SetPathToUploadContent(const Glib::ustring& path);
   // "CurriculumType".
   Glib::ustring GetCurricType() const;
   // "MDLType": the micro-download type.
   U32 GetMDLType() const;
+  // Stores "MDLType".
   bool SetMDLType(U32 type);
 
   // Requests every package in "Depends" (and the platform's base language

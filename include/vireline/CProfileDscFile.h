@@ -26,19 +26,46 @@ class VIRELINE_EXPORT CProfileDscFile : public CFileIO {
 
   ~CProfileDscFile() override;
 
+  // Reads "Name"; null when missing.
   const char* GetName() const;
+
+  // Stores "Name" (added at the end when new); saved by Write.
   bool SetName(const char* name);
+
+  // Reads "ID" as a number; 0xFFFFFFFF when missing or ill-formed.
   U32 GetId() const;
+
+  // Stores "ID" as "0x%08X"; saved by Write.
   bool SetId(U32 id);
+
+  // Reads "Points" as a number; 0xFFFFFFFF when missing or ill-formed.
   U32 GetPoints() const;
+
+  // Stores "Points" as "0x%08X"; saved by Write.
   bool SetPoints(U32 points);
+
+  // Reads "TotalPoints" as a number; 0xFFFFFFFF when missing or ill-formed.
   U32 GetTotalPoints() const;
+
+  // Stores "TotalPoints" as "0x%08X"; saved by Write.
   bool SetTotalPoints(U32 points);
+
+  // Reads "NumLoginsSinceLastConnect" as a number; 0xFFFFFFFF when missing or ill-formed.
   U32 GetNumLogins() const;
+
+  // Stores "NumLoginsSinceLastConnect" as "0x%08X"; saved by Write.
   bool SetNumLogins(U32 logins);
+
+  // Reads "Age" as a number; 0xFFFFFFFF when missing or ill-formed.
   U32 GetAge() const;
+
+  // Stores "Age" as "0x%08X"; saved by Write.
   bool SetAge(U32 age);
+
+  // Reads "Grade" as a number; 0xFFFFFFFF when missing or ill-formed.
   U32 GetGrade() const;
+
+  // Stores "Grade" as "0x%08X"; saved by Write.
   bool SetGrade(U32 grade);
 
   // True when "Name" is present and not empty.

@@ -35,7 +35,10 @@ class VIRELINE_EXPORT CSettingsCfgFile : public CFileIO {
   // Writes "Serial" (not "SerialNumber", which GetSerialNumber reads).
   bool SetSerialNumber(const char* serial);
 
+  // Reads "Locale"; null when missing.
   const char* GetLocale() const;
+
+  // Stores "Locale" (added at the end when new); saved by Write.
   bool SetLocale(const char* locale);
 
   // The two "DateAndTime" items (read in base 16); false, traced and `out`

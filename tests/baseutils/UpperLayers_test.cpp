@@ -1,37 +1,34 @@
-// Version comparison and doom markers as the lower layers see them: the same
-// answers as BaseUtils gives.
+// The calls of the lower layers into the layers above them give the answers
+// of the areas they forward to.
 #include "baseutils/UpperLayers.h"
-
-#include <vireline/BaseUtils.h>
 
 #include <gtest/gtest.h>
 
-#include <vireline/CSystemData.h>
+#include <vector>
 
 #include "DeviceRootTest.h"
-#include "RequestFiles.h"
 
 class UpperLayersTest : public DeviceRootTest {};
 
-TEST_F(UpperLayersTest, CompareVersionIsTheBaseUtilsOrder) {
-  for (const char* a : {"1.10", "1.9", "010", "2.0", "", "1.B"}) {
-    for (const char* b : {"1.9", "1.10", "10", "2.0.1", "1", "1.A"}) {
-      EXPECT_EQ(vireline::upper::CompareVersion(a, b), BaseUtils::Instance()->CompareVersion(a, b)) << a << " " << b;
-    }
-  }
-  EXPECT_GT(vireline::upper::CompareVersion("1.10", "1.9"), 0);
+TEST_F(UpperLayersTest, ATextListHoldsTheTextEntriesOfItsMemberInOrder) {
+  WriteFile("/QV/list.json", R"({"FolderList": ["/a", 3, "/b", null]})");
+  std::vector<CString> texts;
+  EXPECT_TRUE(vireline::upper::ReadTextList("/QV/list.json", "FolderList", &texts));
+  EXPECT_EQ(texts, (std::vector<CString>{"/a", "/b"}));
 }
 
-TEST_F(UpperLayersTest, ADoomMarkerIsFoundWithOrWithoutATrailingSlash) {
-  WriteFile("/QV/Bulk/Pack/doom", "");
-  EXPECT_TRUE(vireline::upper::HasDoomPackage("/QV/Bulk/Pack"));
-  EXPECT_TRUE(vireline::upper::HasDoomPackage("/QV/Bulk/Pack/"));
-  EXPECT_FALSE(vireline::upper::HasDoomPackage("/QV/Bulk/Other"));
+TEST_F(UpperLayersTest, ATextListNeedsTheDocumentAndItsMember) {
+  WriteFile("/QV/other.json", R"({"Other": ["/a"]})");
+  WriteFile("/QV/scalar.json", R"({"FolderList": "/a"})");
+  std::vector<CString> texts;
+  EXPECT_FALSE(vireline::upper::ReadTextList("/QV/missing.json", "FolderList", &texts));
+  EXPECT_FALSE(vireline::upper::ReadTextList("/QV/other.json", "FolderList", &texts));
+  // A member that is not a list names nothing, but the document was read.
+  EXPECT_TRUE(vireline::upper::ReadTextList("/QV/scalar.json", "FolderList", &texts));
+  EXPECT_TRUE(texts.empty());
 }
 
-TEST_F(UpperLayersTest, PackageRequestsLeaveRequestFilesForTheConnectApplication) {
-  vireline::upper::RequestPackageQVC("APP-3", "4.0");
-  vireline::upper::RequestPackageQVC("APP-4", "");
-  EXPECT_EQ(PackageRequestsIn(CSystemData::Instance()->GetManageInventoryPath()),
-            (std::vector<std::string>{"APP-3 4.0", "APP-4 "}));
+TEST_F(UpperLayersTest, APackageWithoutMetadataHasTheFallbackVersion) {
+  MakeDirs("/QV/Bulk/Pack");
+  EXPECT_EQ(vireline::upper::ValidPackageVersion("/QV/Bulk/Pack", "none"), "none");
 }
