@@ -39,7 +39,7 @@ set(VIRELINE_AREA_SOURCES_platform
   PlatformIdentity.cpp PlatformKernel.cpp PosixEnv.cpp Result.cpp ScratchOverlayEnv.cpp)
 set(VIRELINE_AREA_SOURCES_files
   CFileIO.cpp CFileUtils.cpp CMetaInfFile.cpp COrvoInterface.cpp CPkgPathBase.cpp CProfileDscFile.cpp
-  CSettingsCfgFile.cpp DirConfigTables.cpp DoomMarker.cpp)
+  CSettingsCfgFile.cpp DirConfigTables.cpp DoomMarker.cpp UnreadableFiles.cpp)
 set(VIRELINE_AREA_SOURCES_mfg CMfgData.cpp CMfgDataBoard.cpp CMfgDataFields.cpp CPartition.cpp)
 set(VIRELINE_AREA_SOURCES_baseutils
   BaseUtils.cpp BaseUtilsChecksum.cpp BaseUtilsCopy.cpp BaseUtilsDaemon.cpp BaseUtilsDiagnostics.cpp

@@ -35,6 +35,43 @@ char* CopyString(const char* text, size_t length) {
 
 char* CopyString(const char* text) { return CopyString(text, std::strlen(text)); }
 
+// A key and its value in one block, the value right after the key's
+// terminator: reading a file then costs one allocation per entry, not two.
+char* CopyKeyAndValue(const char* key, size_t keyLength, const char* value, size_t valueLength) {
+  if (valueLength > static_cast<size_t>(INT32_MAX) - 2 - keyLength) return nullptr;
+  char* block = static_cast<char*>(MallocArray(keyLength + valueLength + 2, 1));
+  if (block == nullptr) return nullptr;
+  std::memcpy(block, key, keyLength);
+  block[keyLength] = '\0';
+  std::memcpy(block + keyLength + 1, value, valueLength);
+  block[keyLength + valueLength + 1] = '\0';
+  return block;
+}
+
+// A key allocated alone, with a spare byte after its terminator: the address
+// right after the terminator is then always inside the key's own block, so no
+// value allocated by itself can sit there (see ValueSharesKeyBlock).
+char* CopyKey(const char* key) {
+  size_t length = std::strlen(key);
+  if (length > static_cast<size_t>(INT32_MAX) - 2) return nullptr;
+  char* copy = static_cast<char*>(MallocArray(length + 2, 1));
+  if (copy == nullptr) return nullptr;
+  std::memcpy(copy, key, length + 1);
+  copy[length + 1] = '\0';
+  return copy;
+}
+
+// True when the entry's value lives in its key's block, and is freed with it.
+bool ValueSharesKeyBlock(const tKeyValueEntry& entry) {
+  return entry.value != nullptr && entry.value == entry.key + std::strlen(entry.key) + 1;
+}
+
+// Releases the entry's value (leaving it null) and not the key.
+void FreeValue(tKeyValueEntry* entry) {
+  if (!ValueSharesKeyBlock(*entry)) COrvoInterface::Free(entry->value);
+  entry->value = nullptr;
+}
+
 // The entries the block has room for at `count` entries. It grows by
 // doubling, so reading a file of n lines costs O(n) and not O(n^2); a table of
 // a few dozen keys is allocated once or twice.
@@ -108,6 +145,24 @@ void CatchUpIndex(tKeyValueEntry* entries, U32 count) {
     if (*slot == 0) *slot = i + 1;
   }
   *indexed = count;
+}
+
+// Appends an entry holding `key` (a block the table takes over) to the table
+// of `count` entries, growing the block when it is full; null when memory is short.
+tKeyValueEntry* AddEntry(tKeyValueEntry*& entries, U32& count, char* key) {
+  if (count == UINT32_MAX) return nullptr;
+  if (count == 0 || CapacityFor(count + 1) != CapacityFor(count)) {
+    tKeyValueEntry* larger = AllocateTable(CapacityFor(count + 1));
+    if (larger == nullptr) return nullptr;
+    if (count != 0) std::memcpy(larger, entries, count * sizeof(tKeyValueEntry));
+    COrvoInterface::Free(entries);
+    entries = larger;
+  }
+  tKeyValueEntry* entry = &entries[count];
+  std::memset(entry, 0, sizeof *entry);
+  entry->key = key;
+  ++count;
+  return entry;
 }
 
 // Forgets the index of a table of `count` entries; the next lookup rebuilds it.
@@ -360,8 +415,8 @@ void CFileIO::Close() {
 
 void CFileIO::Clear() {
   for (U32 i = 0; i < mNumEntries; ++i) {
+    FreeValue(&mpEntries[i]);
     COrvoInterface::Free(mpEntries[i].key);
-    COrvoInterface::Free(mpEntries[i].value);
   }
   COrvoInterface::Free(mpEntries);
   mpEntries = nullptr;
@@ -490,8 +545,8 @@ bool CFileIO::RmKey(const char* key) {
   tKeyValueEntry* entry = FindKey(key);
   if (entry == nullptr) return false;
   U32 index = static_cast<U32>(entry - mpEntries);
+  FreeValue(entry);
   COrvoInterface::Free(entry->key);
-  COrvoInterface::Free(entry->value);
   mDirty = 1;
   U32 remaining = mNumEntries - 1;
   if (remaining == 0) {
@@ -575,8 +630,7 @@ bool CFileIO::Write() {
 tKeyValueEntry* CFileIO::PrepareEntry(const char* key) {
   tKeyValueEntry* entry = FindKey(key);
   if (entry != nullptr) {
-    COrvoInterface::Free(entry->value);
-    entry->value = nullptr;
+    FreeValue(entry);
   } else {
     entry = NewEntry(key);
     if (entry == nullptr) return nullptr;
@@ -587,24 +641,11 @@ tKeyValueEntry* CFileIO::PrepareEntry(const char* key) {
 }
 
 tKeyValueEntry* CFileIO::NewEntry(const char* key) {
-  if (key == nullptr || mNumEntries == UINT32_MAX) return nullptr;
-  char* keyCopy = CopyString(key);
+  if (key == nullptr) return nullptr;
+  char* keyCopy = CopyKey(key);
   if (keyCopy == nullptr) return nullptr;
-  U32 count = mNumEntries;
-  if (count == 0 || CapacityFor(count + 1) != CapacityFor(count)) {
-    tKeyValueEntry* larger = AllocateTable(CapacityFor(count + 1));
-    if (larger == nullptr) {
-      COrvoInterface::Free(keyCopy);
-      return nullptr;
-    }
-    if (count != 0) std::memcpy(larger, mpEntries, count * sizeof(tKeyValueEntry));
-    COrvoInterface::Free(mpEntries);
-    mpEntries = larger;
-  }
-  tKeyValueEntry* entry = &mpEntries[count];
-  std::memset(entry, 0, sizeof *entry);
-  entry->key = keyCopy;
-  mNumEntries = count + 1;
+  tKeyValueEntry* entry = AddEntry(mpEntries, mNumEntries, keyCopy);
+  if (entry == nullptr) COrvoInterface::Free(keyCopy);
   return entry;
 }
 
@@ -757,14 +798,15 @@ bool CFileIO::AppendParsed(char* key, char* value) {
     }
     StripQuotes(value);
   }
-  char* valueCopy = CopyString(value);
-  if (valueCopy == nullptr) return false;
-  tKeyValueEntry* entry = NewEntry(key);
+  size_t keyLength = std::strlen(key);
+  char* block = CopyKeyAndValue(key, keyLength, value, std::strlen(value));
+  if (block == nullptr) return false;
+  tKeyValueEntry* entry = AddEntry(mpEntries, mNumEntries, block);
   if (entry == nullptr) {
-    COrvoInterface::Free(valueCopy);
+    COrvoInterface::Free(block);
     return false;
   }
-  entry->value = valueCopy;
+  entry->value = block + keyLength + 1;
   entry->quoted = quoted;
   entry->listQuoted = listQuoted;
   return true;

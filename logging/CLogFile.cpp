@@ -6,6 +6,7 @@
 #include <vireline/Platform.h>
 
 #include "logging/LogDebug.h"
+#include "logging/LogFilePreparation.h"
 #include "platform/Env.h"
 
 using vireline::Env;
@@ -59,9 +60,11 @@ void CLogFile::OpenFiles() {
                          mPaths[slot].c_str());
     }
   }
-  for (int slot = 0; slot < kSlotCount; ++slot) InitLogFile(mFiles[slot], slot);
+  // Each file's size is measured while it is prepared, not a second time.
   mByteCount = 0;
-  for (int slot = 0; slot < kSlotCount; ++slot) mByteCount += static_cast<uint32_t>(FileSize(mFiles[slot]));
+  for (int slot = 0; slot < kSlotCount; ++slot) {
+    mByteCount += static_cast<uint32_t>(vireline::PrepareLogFile(mFiles[slot], slot));
+  }
   mCurrentProfile = kLoggingProfileNotSet;
   CloseFiles();
 }

@@ -13,6 +13,7 @@
 #include <vireline/LogEvents.h>
 
 #include "logging/LogDebug.h"
+#include "logging/LogFilePreparation.h"
 #include "platform/Env.h"
 
 namespace {
@@ -75,9 +76,13 @@ CLogData* FirmwareDebugInfo() {
 
 }  // namespace
 
-void CLogFile::InitLogFile(FILE* file, tPlayerID slot) {
-  if (file == nullptr) return;
-  if (FileSize(file) < static_cast<unsigned long>(CLogHeader::kSize)) {
+void CLogFile::InitLogFile(FILE* file, tPlayerID slot) { vireline::PrepareLogFile(file, slot); }
+
+unsigned long vireline::PrepareLogFile(FILE* file, tPlayerID slot) {
+  if (file == nullptr) return 0;
+  unsigned long size = FileSize(file);
+  bool headerWritten = size < static_cast<unsigned long>(CLogHeader::kSize);
+  if (headerWritten) {
     BaseUtils* base = BaseUtils::Instance();
     BaseUtils::tPlatformType type = base->GetPlatformType();
     CString serial = type == BaseUtils::kPlatformZanto ? base->GetZantoSerialNumber() : base->GetSerialNumber();
@@ -94,6 +99,8 @@ void CLogFile::InitLogFile(FILE* file, tPlayerID slot) {
   if (!CLogHeader(bytes, static_cast<int>(read)).IsValid()) {
     vireline::LogDebug("Fatal Logging Error. Log file header is invalid. Logging will halt.\n");
   }
+  // Only a written header can have changed the size measured above.
+  return headerWritten ? FileSize(file) : size;
 }
 
 void CLogFile::LogInitialLogData() {

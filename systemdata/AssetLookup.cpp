@@ -53,6 +53,7 @@ const AssetRules& RulesOf(AssetKind kind) {
 
 std::string_view Bytes(const CPath& text) { return text.raw(); }
 std::string_view Bytes(const char* text) { return text; }
+std::string_view Bytes(std::string_view text) { return text; }
 
 // Concatenates `parts` with a single allocation: a lookup builds up to 16 paths.
 template <typename... Parts>
@@ -125,18 +126,20 @@ CPath CountryAudio(const CPath& folder, const CString& country) {
   return Joined(folder, "Audio_", country, "/", country, "_");
 }
 
-// An audio name split at its last ".": ext keeps the dot; without one, ext is empty.
+// An audio name split at its last ".": ext keeps the dot; without one, ext is
+// empty. Views of the asked name's bytes: every lookup splits it, and copies
+// would cost more than the split.
 struct AudioName {
-  CPath name;
-  CPath stem;
-  CPath ext;
+  std::string_view name;
+  std::string_view stem;
+  std::string_view ext;
 };
 
 AudioName SplitAudioName(const CPath& name) {
-  const std::string& bytes = name.raw();
+  std::string_view bytes = name.raw();
   size_t dot = bytes.rfind('.');
-  if (dot == std::string::npos) return {name, name, CPath()};
-  return {name, CPath(bytes.substr(0, dot)), CPath(bytes.substr(dot))};
+  if (dot == std::string_view::npos) return {bytes, bytes, std::string_view()};
+  return {bytes, bytes.substr(0, dot), bytes.substr(dot)};
 }
 
 bool SearchArt(CSystemData* data, const CPath& name, Search* search) {
@@ -166,7 +169,7 @@ bool SearchFont(CSystemData* data, const CPath& name, Search* search) {
 
 // In each folder a WAV recording wins over the same name in another format.
 bool SearchAudioIn(const CPath& folder, const AudioName& audio, Search* search) {
-  if (audio.ext.raw() != ".wav" && search->Try(Joined(folder, audio.stem, ".wav"))) return true;
+  if (audio.ext != ".wav" && search->Try(Joined(folder, audio.stem, ".wav"))) return true;
   return search->Try(Joined(folder, audio.name));
 }
 
@@ -196,7 +199,7 @@ CPath PlaceholderFor(AssetKind kind, const CPath& name) {
   if (placeholder == nullptr) return CPath();
   if (kind != AssetKind::kAudio) return name.raw() == placeholder ? CPath() : CPath(placeholder);
   AudioName audio = SplitAudioName(name);
-  return audio.stem.raw() == placeholder ? CPath() : placeholder + audio.ext;
+  return audio.stem == placeholder ? CPath() : Joined(placeholder, audio.ext);
 }
 
 bool SearchCandidates(CSystemData* data, AssetKind kind, const CPath& name, Search* search) {
