@@ -114,6 +114,9 @@ target_compile_definitions(vireline_core INTERFACE VIRELINE_BUILDING_LIBRARY)
 target_include_directories(vireline_core INTERFACE ${CMAKE_CURRENT_SOURCE_DIR}/include)
 target_link_libraries(vireline_core INTERFACE ${VIRELINE_OBJECTS}
   PkgConfig::GLIBMM PkgConfig::JSONCPP PkgConfig::ZLIB Boost::headers)
+# Object files named by TARGET_OBJECTS carry no build order: a program that
+# links this target must wait for every area to be compiled.
+add_dependencies(vireline_core ${VIRELINE_AREA_TARGETS})
 
 # Test support that never ships: the fault-injecting platform.
 add_library(vireline_testsupport STATIC ${CMAKE_CURRENT_SOURCE_DIR}/platform/FaultInjectionEnv.cpp)
