@@ -5,6 +5,7 @@
 #include <vireline/CSystemData.h>
 #include <vireline/Platform.h>
 
+#include "files/UnreadableFiles.h"
 #include "logging/LogDebug.h"
 #include "logging/LogFilePreparation.h"
 #include "platform/Env.h"
@@ -51,7 +52,12 @@ CLogFile::~CLogFile() { CloseFiles(); }
 
 void CLogFile::OpenFiles() {
   for (int slot = 0; slot < kSlotCount; ++slot) {
-    if (!BaseUtils::Instance()->FileExists(mPaths[slot])) BaseUtils::Instance()->CreateFile(mPaths[slot]);
+    // Creating truncates: a log that is there but cannot be looked at (a
+    // flash read error) must keep its records, so only a missing one is made.
+    BaseUtils* base = BaseUtils::Instance();
+    if (!base->FileExists(mPaths[slot]) && vireline::UnreadableFiles::IsMissing(mPaths[slot].c_str())) {
+      base->CreateFile(mPaths[slot]);
+    }
   }
   for (int slot = 0; slot < kSlotCount; ++slot) {
     if (!Env::Current()->OpenStream(mPaths[slot], "rb+", &mFiles[slot]).ok()) {

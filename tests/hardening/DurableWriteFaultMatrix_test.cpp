@@ -12,9 +12,12 @@
 #include <vireline/BaseUtils.h>
 #include <vireline/CFileIO.h>
 #include <vireline/CJSonFile.h>
+#include <vireline/CLogFile.h>
+#include <vireline/LogEvents.h>
 
 #include "DeviceRootTest.h"
 #include "hardening/FaultMatrix.h"
+#include "tests/logging/LogFileTest.h"
 
 using vireline::FaultInjectionEnv;
 
@@ -114,4 +117,36 @@ TEST_F(DurableWriteFaultMatrixTest, KeyValueFileReadChangedAndWrittenKeepsOldOrN
         ExpectOldOrNew(step, reported, kMetaFolder, kMetaPath, kMetaOld, kMetaNew);
       });
   EXPECT_GT(runs, 20);
+}
+
+class PlayLogFaultMatrixTest : public LogFileTest {
+ protected:
+  void SetUp() override {
+    LogFileTest::SetUp();
+    WritePlatform("Tamsel");
+  }
+};
+
+TEST_F(PlayLogFaultMatrixTest, AnAppendLeavesTheEarlierRecordsAndAddsTheRecordWholeOrNotAtAll) {
+  LogData::Vireline::CGameStart earlier("abc");
+  LogData::Vireline::CGameExit record;
+  const std::string old = HeaderBytes(10, 1) + Bytes(earlier);
+  const int runs = RunFaultMatrix(
+      mEnv, FileOps(),
+      [&] {
+        CLogFile::Destroy();
+        for (int slot = 0; slot < 3; ++slot) WriteFile(SlotPath(slot), HeaderBytes(10, slot));
+        WriteFile(SlotPath(1), old);
+      },
+      [&] {
+        Log()->SetCurrentProfile(1);
+        Log()->Append(record);
+        return true;  // an append reports through the debug output only
+      },
+      [&](const FaultMatrixStep&, bool) {
+        const std::string now = ReadFile(SlotPath(1));
+        EXPECT_TRUE(now == old || now == old + Bytes(record)) << Hex(now);
+        EXPECT_EQ(ReadFile(SlotPath(0)), HeaderBytes(10, 0));
+      });
+  EXPECT_GT(runs, 4);
 }
