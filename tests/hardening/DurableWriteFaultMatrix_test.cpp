@@ -79,6 +79,7 @@ TEST_F(DurableWriteFaultMatrixTest, AtomicCopyKeepsTheOldDestinationOrTheWholeSo
         EXPECT_EQ(ReadFile("/s/in"), source);
       });
   EXPECT_GT(runs, 10);
+  RecordProperty("injected_failures", runs);
 }
 
 
@@ -100,6 +101,7 @@ TEST_F(DurableWriteFaultMatrixTest, JsonDocumentLoadedChangedAndSavedKeepsOldOrN
         ExpectOldOrNew(step, reported, kJsonFolder, kJsonPath, kJsonOld, newContent);
       });
   EXPECT_GT(runs, 10);
+  RecordProperty("injected_failures", runs);
 }
 
 
@@ -117,6 +119,7 @@ TEST_F(DurableWriteFaultMatrixTest, KeyValueFileReadChangedAndWrittenKeepsOldOrN
         ExpectOldOrNew(step, reported, kMetaFolder, kMetaPath, kMetaOld, kMetaNew);
       });
   EXPECT_GT(runs, 20);
+  RecordProperty("injected_failures", runs);
 }
 
 class PlayLogFaultMatrixTest : public LogFileTest {
@@ -149,4 +152,5 @@ TEST_F(PlayLogFaultMatrixTest, AnAppendLeavesTheEarlierRecordsAndAddsTheRecordWh
         EXPECT_EQ(ReadFile(SlotPath(0)), HeaderBytes(10, 0));
       });
   EXPECT_GT(runs, 4);
+  RecordProperty("injected_failures", runs);
 }

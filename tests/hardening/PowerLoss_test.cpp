@@ -87,6 +87,7 @@ TEST_F(PowerLossTest, AKeyValueFileWriteLeavesTheOldFileOrTheNewOneWhole) {
       },
       [&](int cut, int steps) { ExpectOldOrNew(cut, steps, kMetaFolder, kMetaPath, kMetaOld, kMetaNew); });
   EXPECT_GE(cuts, 4);  // sync, rename, folder sync, and the clean run
+  RecordProperty("power_cuts", cuts);
 }
 
 TEST_F(PowerLossTest, AJsonSaveLeavesTheOldDocumentOrTheNewOneWhole) {
@@ -108,6 +109,7 @@ TEST_F(PowerLossTest, AJsonSaveLeavesTheOldDocumentOrTheNewOneWhole) {
     ExpectOldOrNew(cut, steps, "/QV/Bulk/Data", path, oldContent, newContent);
   });
   EXPECT_GE(cuts, 4);
+  RecordProperty("power_cuts", cuts);
 }
 
 TEST_F(PowerLossTest, AnAtomicCopyLeavesTheOldDestinationOrTheWholeSource) {
@@ -123,6 +125,7 @@ TEST_F(PowerLossTest, AnAtomicCopyLeavesTheOldDestinationOrTheWholeSource) {
         EXPECT_EQ(ReadFile("/s/in"), source);
       });
   EXPECT_GE(cuts, 4);
+  RecordProperty("power_cuts", cuts);
 }
 
 TEST_F(PowerLossTest, WithThePowerOnEveryStepReachesTheDisk) {
