@@ -6,6 +6,7 @@
 #define VIRELINE_LTM_CYOSEARCH_H_
 
 #include <vireline/CCyo.h>
+#include <vireline/CyoSets.h>
 #include <vireline/Types.h>
 
 namespace vireline {
@@ -23,12 +24,8 @@ const U32 kMaxItems = 10000;
 // The progress file's name inside the player's folder of a set.
 extern const char kProgressFile[];
 
-// A matching set, as its meta.inf describes it.
-struct FoundSet {
-  CPath path;               // the set's folder, ending in "/"
-  CString packageId;        // names the player's progress folder
-  CString manifestFile;     // "ManifestFile", relative to path
-};
+// A matching set.
+typedef LTM::tCyoSetInfo FoundSet;
 
 // What the walk does with one folder.
 enum Verdict { kEndSearch, kNextFolder, kMatch };
