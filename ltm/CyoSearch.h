@@ -1,7 +1,7 @@
 // The tests the CYO folder walk applies to each folder, shared by CCyo and by
-// tools that must find the same set without CCyo's writes (CCyo creates the
-// progress folder when it finds a set and saves the progress file when it is
-// destroyed).
+// LTM::FindCyoSet (<vireline/CyoSets.h>), which finds the same set without
+// CCyo's writes (CCyo creates the progress folder when it finds a set and
+// saves the progress file when it is destroyed).
 #ifndef VIRELINE_LTM_CYOSEARCH_H_
 #define VIRELINE_LTM_CYOSEARCH_H_
 

@@ -1,5 +1,7 @@
-// What the pieces of CSystemData share with each other: the debug channel
-// and the path helpers.
+// What the pieces of CSystemData share with each other: the debug channel,
+// the path helpers and the installed language packs. What tools may see of
+// the same (the locale's source, the inventory package) is public, in
+// <vireline/SystemPaths.h>.
 #ifndef VIRELINE_SYSTEMDATA_SYSTEMDATAINTERNAL_H_
 #define VIRELINE_SYSTEMDATA_SYSTEMDATAINTERNAL_H_
 

@@ -4,7 +4,6 @@
 #ifndef VIRELINE_CYOSETS_H_
 #define VIRELINE_CYOSETS_H_
 
-#include <vireline/CCyo.h>
 #include <vireline/Export.h>
 #include <vireline/Types.h>
 
