@@ -1,23 +1,11 @@
-// The debug output channels the library speaks on, and the one deprecation
-// warning every deprecated operation prints.
+// The one deprecation warning every deprecated operation prints, on one of
+// the library's debug channels.
 #ifndef VIRELINE_BASEUTILS_DEBUGMODULES_H_
 #define VIRELINE_BASEUTILS_DEBUGMODULES_H_
 
+#include <vireline/DebugModules.h>
+
 namespace vireline {
-
-// The base utilities, the data objects and the play log.
-const int kDataObjectsDebugModule = 0x281;
-
-// The channel through which the process-wide master level is set.
-const int kMasterLevelDebugModule = 0x280;
-
-// The system paths: a channel of their own, so raising their level to 5 does
-// not switch on every data object's messages.
-const int kSystemPathsDebugModule = 0x282;
-
-// The content lists (apps, avatars, micro-downloads, consumables): the
-// default channel, where the applications that call them print too.
-const int kContentListsDebugModule = 0;
 
 // Prints "WARNING:  Use of a deprecated function: <signature>" at level 5 on `module`.
 void WarnDeprecated(int module, const char* signature);

@@ -19,24 +19,25 @@ set(VIRELINE_AREA_USES_logging systemdata)
 set(VIRELINE_AREA_USES_milestones systemdata)
 
 # The public headers (include/vireline/) each area owns.
-set(VIRELINE_AREA_HEADERS_platform Export.h Types.h Platform.h)
+set(VIRELINE_AREA_HEADERS_platform Export.h FileOpenWatch.h HostPaths.h Platform.h ScratchOverlay.h Types.h)
 set(VIRELINE_AREA_HEADERS_files
   CFileIO.h CFileUtils.h CMetaInfFile.h COrvoInterface.h CProfileDscFile.h CSettingsCfgFile.h PkgPath.h)
 set(VIRELINE_AREA_HEADERS_mfg CMfgData.h)
-set(VIRELINE_AREA_HEADERS_baseutils BaseUtils.h)
+set(VIRELINE_AREA_HEADERS_baseutils BaseUtils.h DebugModules.h DisplayText.h)
 set(VIRELINE_AREA_HEADERS_ltm
   CApps.h CAvatars.h CConsumable.h CCyo.h CJSonFile.h CMetaInfo.h CMicroDownloads.h CPlayerProfile.h
-  CSystem.h LTMJson.h)
-set(VIRELINE_AREA_HEADERS_systemdata CSystemData.h)
+  CSystem.h CyoSets.h LTMJson.h)
+set(VIRELINE_AREA_HEADERS_systemdata AssetLookup.h CSystemData.h SystemPaths.h)
 set(VIRELINE_AREA_HEADERS_logging
-  CLogData.h CLogDataPack.h CLogFile.h CLogHeader.h CLogReader.h CPlayReport.h CTimeSync.h LogCatalogue.h
-  LogEvents.h)
+  CLogData.h CLogDataPack.h CLogExporter.h CLogFile.h CLogHeader.h CLogReader.h CPlayReport.h CTimeSync.h
+  LogCatalogue.h LogEvents.h LogJson.h)
 set(VIRELINE_AREA_HEADERS_milestones CMilestones.h Dataset.h)
 
 # The sources of each area. A new file is added here by hand.
 set(VIRELINE_AREA_SOURCES_platform
-  AtomicFile.cpp DeviceRoot.cpp DeviceRootEnv.cpp DeviceStream.cpp Env.cpp FileDescriptor.cpp PlatformDebug.cpp
-  PlatformIdentity.cpp PlatformKernel.cpp PosixEnv.cpp Result.cpp ScratchOverlayEnv.cpp)
+  AtomicFile.cpp DeviceRoot.cpp DeviceRootEnv.cpp DeviceStream.cpp Env.cpp FileDescriptor.cpp FileOpenWatch.cpp
+  HostPaths.cpp PlatformDebug.cpp PlatformIdentity.cpp PlatformKernel.cpp PosixEnv.cpp Result.cpp ScopedEnv.cpp
+  ScratchOverlay.cpp ScratchOverlayEnv.cpp)
 set(VIRELINE_AREA_SOURCES_files
   CFileIO.cpp CFileUtils.cpp CMetaInfFile.cpp COrvoInterface.cpp CPkgPathBase.cpp CProfileDscFile.cpp
   CSettingsCfgFile.cpp DirConfigTables.cpp DoomMarker.cpp UnreadableFiles.cpp)
@@ -44,7 +45,7 @@ set(VIRELINE_AREA_SOURCES_mfg CMfgData.cpp CMfgDataBoard.cpp CMfgDataFields.cpp 
 set(VIRELINE_AREA_SOURCES_baseutils
   BaseUtils.cpp BaseUtilsChecksum.cpp BaseUtilsCopy.cpp BaseUtilsDaemon.cpp BaseUtilsDiagnostics.cpp
   BaseUtilsDoom.cpp BaseUtilsHotPlug.cpp BaseUtilsIdentity.cpp BaseUtilsLanguages.cpp BaseUtilsLaunch.cpp
-  BaseUtilsRemove.cpp BaseUtilsRequests.cpp BaseUtilsVersion.cpp DebugModules.cpp TimeLog.cpp)
+  BaseUtilsRemove.cpp BaseUtilsRequests.cpp BaseUtilsVersion.cpp DebugModules.cpp DisplayText.cpp TimeLog.cpp)
 set(VIRELINE_AREA_SOURCES_ltm
   CApps.cpp CAvatars.cpp CConsumable.cpp CCyo.cpp CCyoItem.cpp CJSonFile.cpp CMetaInfo.cpp CMicroDownloads.cpp
   CPlayerProfile.cpp CSystem.cpp CartDependencies.cpp CartDependencyTables.cpp ContentListMessages.cpp
@@ -54,8 +55,8 @@ set(VIRELINE_AREA_SOURCES_ltm
 set(VIRELINE_AREA_SOURCES_systemdata
   AssetLookup.cpp CSystemData.cpp CurrentTitle.cpp Languages.cpp Locale.cpp PlayerPaths.cpp Widgets.cpp)
 set(VIRELINE_AREA_SOURCES_logging
-  CLogData.cpp CLogDataPack.cpp CLogFile.cpp CLogFileStartup.cpp CLogHeader.cpp CLogReader.cpp CPlayReport.cpp
-  CTimeSync.cpp LogCatalogue.cpp LogEvents.cpp LogFileFunctions.cpp LogRequests.cpp)
+  CLogData.cpp CLogDataPack.cpp CLogExporter.cpp CLogFile.cpp CLogFileStartup.cpp CLogHeader.cpp CLogReader.cpp
+  CPlayReport.cpp CTimeSync.cpp LogCatalogue.cpp LogEvents.cpp LogFileFunctions.cpp LogJson.cpp LogRequests.cpp)
 set(VIRELINE_AREA_SOURCES_milestones CMilestones.cpp Dataset.cpp DatasetFiles.cpp EFdWrapper.cpp)
 
 # Third-party libraries an area's own sources use (glibmm and Boost's headers

@@ -90,3 +90,11 @@ bool FindSet(const CString& wanted, tPlayerID player, FoundSet* found) {
 
 }  // namespace cyo
 }  // namespace vireline
+
+bool LTM::FindCyoSet(const CString& wanted, tPlayerID player, tCyoSetInfo* found) {
+  return vireline::cyo::FindSet(wanted, player, found);
+}
+
+CPath LTM::CyoProgressFile(tPlayerID player, const CString& packageId) {
+  return vireline::cyo::ProgressFolder(player, packageId) + vireline::cyo::kProgressFile;
+}

@@ -1,11 +1,12 @@
 // The tests the CYO folder walk applies to each folder, shared by CCyo and by
-// tools that must find the same set without CCyo's writes (CCyo creates the
-// progress folder when it finds a set and saves the progress file when it is
-// destroyed).
+// LTM::FindCyoSet (<vireline/CyoSets.h>), which finds the same set without
+// CCyo's writes (CCyo creates the progress folder when it finds a set and
+// saves the progress file when it is destroyed).
 #ifndef VIRELINE_LTM_CYOSEARCH_H_
 #define VIRELINE_LTM_CYOSEARCH_H_
 
 #include <vireline/CCyo.h>
+#include <vireline/CyoSets.h>
 #include <vireline/Types.h>
 
 namespace vireline {
@@ -23,12 +24,8 @@ const U32 kMaxItems = 10000;
 // The progress file's name inside the player's folder of a set.
 extern const char kProgressFile[];
 
-// A matching set, as its meta.inf describes it.
-struct FoundSet {
-  CPath path;               // the set's folder, ending in "/"
-  CString packageId;        // names the player's progress folder
-  CString manifestFile;     // "ManifestFile", relative to path
-};
+// A matching set.
+typedef LTM::tCyoSetInfo FoundSet;
 
 // What the walk does with one folder.
 enum Verdict { kEndSearch, kNextFolder, kMatch };

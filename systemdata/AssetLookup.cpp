@@ -2,7 +2,7 @@
 // first (the title, the locale's language pack, a country folder), the
 // universal language pack last, and a placeholder so a title always has
 // something to show or play.
-#include "systemdata/AssetLookup.h"
+#include <vireline/AssetLookup.h>
 
 #include <cstdio>
 #include <memory>
@@ -24,7 +24,7 @@ struct AssetRules {
   const char* placeholder;  // for audio, the stem: the asked name's extension is kept
 };
 
-const AssetRules& RulesOf(AssetKind kind) {
+const AssetRules& RulesOf(tAssetKind kind) {
   static const AssetRules kArt = {"CSystemData::FindArt( %s )\n", "CSystemData::FindArt not found %s\n",
                                   "missingAsset.png"};
   static const AssetRules kAudio = {"CSystemData::FindAudio( %s )\n",
@@ -38,13 +38,13 @@ const AssetRules& RulesOf(AssetKind kind) {
       "CSystemData::FindBookAudio( %s ), WARNING: make sure your title has a dependency on a book pack.\n",
       nullptr, nullptr};
   switch (kind) {
-    case AssetKind::kArt:
+    case tAssetKind::kArt:
       return kArt;
-    case AssetKind::kAudio:
+    case tAssetKind::kAudio:
       return kAudio;
-    case AssetKind::kVideo:
+    case tAssetKind::kVideo:
       return kVideo;
-    case AssetKind::kFont:
+    case tAssetKind::kFont:
       return kFont;
     default:
       return kBookAudio;
@@ -67,7 +67,7 @@ CPath Joined(const Parts&... parts) {
 // Tries candidates in order and remembers the one the probe accepted.
 class Search {
  public:
-  explicit Search(const CandidateProbe& probe) : mProbe(probe) {}
+  explicit Search(const tAssetProbe& probe) : mProbe(probe) {}
 
   // True when `path` was accepted (the search is then over).
   bool Try(CPath path) {
@@ -80,7 +80,7 @@ class Search {
   CPath TakeFound() { return std::move(mFound); }
 
  private:
-  const CandidateProbe& mProbe;
+  const tAssetProbe& mProbe;
   CPath mFound;
 };
 
@@ -194,23 +194,23 @@ bool SearchBookAudio(CSystemData* data, const CPath& name, Search* search) {
 
 // The placeholder to look up after `name` was not found; empty when the kind
 // has none or `name` already is the placeholder.
-CPath PlaceholderFor(AssetKind kind, const CPath& name) {
+CPath PlaceholderFor(tAssetKind kind, const CPath& name) {
   const char* placeholder = RulesOf(kind).placeholder;
   if (placeholder == nullptr) return CPath();
-  if (kind != AssetKind::kAudio) return name.raw() == placeholder ? CPath() : CPath(placeholder);
+  if (kind != tAssetKind::kAudio) return name.raw() == placeholder ? CPath() : CPath(placeholder);
   AudioName audio = SplitAudioName(name);
   return audio.stem == placeholder ? CPath() : Joined(placeholder, audio.ext);
 }
 
-bool SearchCandidates(CSystemData* data, AssetKind kind, const CPath& name, Search* search) {
+bool SearchCandidates(CSystemData* data, tAssetKind kind, const CPath& name, Search* search) {
   switch (kind) {
-    case AssetKind::kArt:
+    case tAssetKind::kArt:
       return SearchArt(data, name, search);
-    case AssetKind::kAudio:
+    case tAssetKind::kAudio:
       return SearchAudio(data, SplitAudioName(name), search);
-    case AssetKind::kVideo:
+    case tAssetKind::kVideo:
       return SearchVideo(data, name, search);
-    case AssetKind::kFont:
+    case tAssetKind::kFont:
       return SearchFont(data, name, search);
     default:
       return SearchBookAudio(data, name, search);
@@ -218,40 +218,40 @@ bool SearchCandidates(CSystemData* data, AssetKind kind, const CPath& name, Sear
 }
 
 }  // namespace
+}  // namespace systemdata
 
 bool OpensForReading(const CPath& path) { return Env::Current()->OpensForReading(path.raw()); }
 
-CPath LookUpAsset(CSystemData* data, AssetKind kind, const CPath& name, const CandidateProbe& probe) {
-  const AssetRules& rules = RulesOf(kind);
-  DebugOut(5, rules.trace, name.c_str());
-  Search search(probe);
-  if (SearchCandidates(data, kind, name, &search)) return search.TakeFound();
-  if (rules.notFound != nullptr) DebugOut(1, rules.notFound, name.c_str());
-  CPath placeholder = PlaceholderFor(kind, name);
+CPath LookUpAsset(CSystemData* data, tAssetKind kind, const CPath& name, const tAssetProbe& probe) {
+  const systemdata::AssetRules& rules = systemdata::RulesOf(kind);
+  systemdata::DebugOut(5, rules.trace, name.c_str());
+  systemdata::Search search(probe);
+  if (systemdata::SearchCandidates(data, kind, name, &search)) return search.TakeFound();
+  if (rules.notFound != nullptr) systemdata::DebugOut(1, rules.notFound, name.c_str());
+  CPath placeholder = systemdata::PlaceholderFor(kind, name);
   return placeholder.empty() ? CPath() : LookUpAsset(data, kind, placeholder, probe);
 }
 
-}  // namespace systemdata
 }  // namespace vireline
 
-using vireline::systemdata::AssetKind;
-using vireline::systemdata::LookUpAsset;
-using vireline::systemdata::OpensForReading;
+using vireline::LookUpAsset;
+using vireline::OpensForReading;
+using vireline::tAssetKind;
 
-CPath CSystemData::FindArt(const CPath& name) { return LookUpAsset(this, AssetKind::kArt, name, OpensForReading); }
+CPath CSystemData::FindArt(const CPath& name) { return LookUpAsset(this, tAssetKind::kArt, name, OpensForReading); }
 
 CPath CSystemData::FindAudio(const CPath& name) {
-  return LookUpAsset(this, AssetKind::kAudio, name, OpensForReading);
+  return LookUpAsset(this, tAssetKind::kAudio, name, OpensForReading);
 }
 
 CPath CSystemData::FindVideo(const CPath& name) {
-  return LookUpAsset(this, AssetKind::kVideo, name, OpensForReading);
+  return LookUpAsset(this, tAssetKind::kVideo, name, OpensForReading);
 }
 
 CPath CSystemData::FindFont(const CPath& name) {
-  return LookUpAsset(this, AssetKind::kFont, name, OpensForReading);
+  return LookUpAsset(this, tAssetKind::kFont, name, OpensForReading);
 }
 
 CPath CSystemData::FindBookAudio(const CPath& name) {
-  return LookUpAsset(this, AssetKind::kBookAudio, name, OpensForReading);
+  return LookUpAsset(this, tAssetKind::kBookAudio, name, OpensForReading);
 }

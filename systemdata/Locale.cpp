@@ -47,17 +47,19 @@ CPath LanguagePackFolder(const CPath& root, const CString& locale) {
   return root + "Bulk/LanguagePack_" + LanguageOf(locale) + "/";
 }
 
-DeviceLocale ReadDeviceLocale() {
+}  // namespace systemdata
+
+tDeviceLocale ReadDeviceLocale() {
   CString fromSettings = LTM::CSystem().GetLocale();
   if (!fromSettings.empty()) return {fromSettings, kLocaleFromSettings};
-  DebugOut(2, "CSystemData::GetLocaleCode unable to read from settings.cfg, using mfg_data\n");
+  systemdata::DebugOut(2, "CSystemData::GetLocaleCode unable to read from settings.cfg, using mfg_data\n");
   CString fromMfg = MfgLocale();
   if (LooksLikeLocale(fromMfg)) return {fromMfg, kLocaleFromMfgData};
-  DebugOut(2, "CSystemData::GetLocaleCode unable to read from mfg_data, using en-us\n");
+  systemdata::DebugOut(2, "CSystemData::GetLocaleCode unable to read from mfg_data, using en-us\n");
   return {kDefaultLocale, kLocaleDefault};
 }
 
-const char* LocaleSourceName(LocaleSource source) {
+const char* LocaleSourceName(tLocaleSource source) {
   switch (source) {
     case kLocaleFromSettings:
       return "settings";
@@ -68,17 +70,16 @@ const char* LocaleSourceName(LocaleSource source) {
   }
 }
 
-}  // namespace systemdata
 }  // namespace vireline
 
 using vireline::systemdata::LanguagePackFolder;
 
 CString CSystemData::GetLocaleCode() {
   if (!mLocaleCode.empty()) return mLocaleCode;
-  vireline::systemdata::DeviceLocale locale = vireline::systemdata::ReadDeviceLocale();
+  vireline::tDeviceLocale locale = vireline::ReadDeviceLocale();
   // Only a locale the user chose is kept: a factory or default one must give
   // way as soon as the settings name a locale.
-  if (locale.source == vireline::systemdata::kLocaleFromSettings) SetLocaleCode(locale.code);
+  if (locale.source == vireline::kLocaleFromSettings) SetLocaleCode(locale.code);
   return locale.code;
 }
 

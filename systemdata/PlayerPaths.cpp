@@ -42,11 +42,10 @@ CPath CreateGameFolder(const CPath& parent, const CString& game) {
 }  // namespace
 
 namespace vireline {
-namespace systemdata {
 
-ManageInventoryPackage ManageInventoryFor(const CPath& dataPath, tPlayerID currentPlayer) {
+tManageInventoryPackage ManageInventoryFor(const CPath& dataPath, tPlayerID currentPlayer) {
   tPlayerID player = (currentPlayer == kNoPlayer) ? 0 : currentPlayer;
-  ManageInventoryPackage package{dataPath + "Uploads/" + Decimal(player) + "/", nullptr, 0};
+  tManageInventoryPackage package{dataPath + "Uploads/" + Decimal(player) + "/", nullptr, 0};
   switch (BaseUtils::Instance()->GetPlatformType()) {
     case BaseUtils::kPlatformTamsel:
       package = {package.folder + "KVR9-0x0017000C-999999/", "KastrelVoyant", 0x17000C};
@@ -64,7 +63,6 @@ ManageInventoryPackage ManageInventoryFor(const CPath& dataPath, tPlayerID curre
   return package;
 }
 
-}  // namespace systemdata
 }  // namespace vireline
 
 CString CSystemData::GameFolderName() const { return mZantoLegacy ? mCurrentGameID : mCurrentGamePackageID; }
@@ -122,8 +120,8 @@ CPath CSystemData::GetDataProfileGamePath(tPlayerID player, tStorageType storage
 }
 
 CPath CSystemData::GetManageInventoryPath() {
-  vireline::systemdata::ManageInventoryPackage package =
-      vireline::systemdata::ManageInventoryFor(mDataPath, GetCurrentPlayerID());
+  vireline::tManageInventoryPackage package =
+      vireline::ManageInventoryFor(mDataPath, GetCurrentPlayerID());
   BaseUtils* utils = BaseUtils::Instance();
   if (!utils->FileExists(package.folder)) {
     utils->CreateDirectory(package.folder);

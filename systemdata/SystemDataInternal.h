@@ -1,12 +1,14 @@
-// What the pieces of CSystemData share with each other and with the inspector:
-// the debug channel, path helpers, the device locale with where it came from,
-// and the inventory upload package of each platform.
+// What the pieces of CSystemData share with each other: the debug channel,
+// the path helpers and the installed language packs. What tools may see of
+// the same (the locale's source, the inventory package) is public, in
+// <vireline/SystemPaths.h>.
 #ifndef VIRELINE_SYSTEMDATA_SYSTEMDATAINTERNAL_H_
 #define VIRELINE_SYSTEMDATA_SYSTEMDATAINTERNAL_H_
 
 #include <vector>
 
 #include <vireline/BaseUtils.h>
+#include <vireline/SystemPaths.h>
 #include <vireline/Types.h>
 
 #include "baseutils/DebugModules.h"
@@ -38,31 +40,6 @@ CString CountryOf(const CString& locale);
 
 // The language pack of `locale`'s language below `root`: "Bulk/LanguagePack_" + ll + "/".
 CPath LanguagePackFolder(const CPath& root, const CString& locale);
-
-// Where the device's locale was found.
-enum LocaleSource { kLocaleFromSettings, kLocaleFromMfgData, kLocaleDefault };
-
-struct DeviceLocale {
-  CString code;
-  LocaleSource source;
-};
-
-// The locale as the device states it: the settings, else the manufacturing
-// record, else "en-us" (printing the fallback messages); nothing is cached.
-DeviceLocale ReadDeviceLocale();
-
-// The name of `source` as the inspector shows it.
-const char* LocaleSourceName(LocaleSource source);
-
-// The inventory upload package of the current platform.
-struct ManageInventoryPackage {
-  CPath folder;            // the data path's "Uploads/<player>/<package>/"
-  const char* deviceType;  // null: the platform has none
-  U32 productId;
-};
-
-// The package that GetManageInventoryPath returns, computed without creating anything.
-ManageInventoryPackage ManageInventoryFor(const CPath& dataPath, tPlayerID currentPlayer);
 
 // The installed language packs, the device locale's first (BaseUtils::GetLanguages).
 std::vector<LanguageInfo> InstalledLanguages();

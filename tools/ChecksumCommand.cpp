@@ -10,7 +10,6 @@
 
 #include <vireline/vireline.h>
 
-#include "platform/Env.h"
 #include "tools/Commands.h"
 #include "tools/DebugCapture.h"
 #include "tools/KeyValueDisplay.h"
@@ -25,29 +24,33 @@ const uint64_t kProgressIntervalMicros = 100000;
 
 // Counts the files the checksum opens and, once a second has passed, shows
 // the count on standard error, at most ten times a second.
-class ProgressEnv : public EnvWrapper {
+class Progress {
  public:
-  explicit ProgressEnv(Env* target) : EnvWrapper(target), mNextShow(target->NowMicros() + kProgressDelayMicros) {}
+  Progress()
+      : mNextShow(PlatformKernel::GetElapsedTimeAsUSecs() + kProgressDelayMicros), mWatch([this] { FileOpened(); }) {}
 
-  ~ProgressEnv() override {
+  ~Progress() {
     if (mShown) std::fprintf(stderr, "\n");
   }
 
-  Result OpenStream(const std::string& path, const char* mode, FILE** stream) override {
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+
+ private:
+  void FileOpened() {
     ++mFiles;
-    uint64_t now = target()->NowMicros();
+    uint64_t now = PlatformKernel::GetElapsedTimeAsUSecs();
     if (now >= mNextShow) {
       std::fprintf(stderr, "\rvireline checksum: %lu files read", mFiles);
       mShown = true;
       mNextShow = now + kProgressIntervalMicros;
     }
-    return EnvWrapper::OpenStream(path, mode, stream);
   }
 
- private:
   unsigned long mFiles = 0;
   uint64_t mNextShow;
   bool mShown = false;
+  FileOpenWatch mWatch;  // declared last: stops watching before the counts go
 };
 
 // The checksum of `path`, with the progress count on a terminal; the files
@@ -56,10 +59,8 @@ U32 Compute(const std::string& path) {
   DebugCapture capture(kSkippedFileLevel);
   U32 value;
   if (isatty(STDERR_FILENO)) {
-    ProgressEnv progress(Env::Current());
-    Env::SetCurrent(&progress);
+    Progress progress;
     value = BaseUtils::Instance()->CalculateChecksum(path, BaseUtils::kSelectAll);
-    Env::SetCurrent(nullptr);
   } else {
     value = BaseUtils::Instance()->CalculateChecksum(path, BaseUtils::kSelectAll);
   }

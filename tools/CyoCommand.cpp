@@ -12,7 +12,6 @@
 
 #include <vireline/vireline.h>
 
-#include "ltm/CyoSearch.h"
 #include "tools/Commands.h"
 #include "tools/DebugCapture.h"
 #include "tools/KeyValueDisplay.h"
@@ -31,7 +30,7 @@ struct Item {
 struct SetView {
   std::string wanted;
   bool found;
-  cyo::FoundSet set;
+  LTM::tCyoSetInfo set;
   std::string progressFile;
   bool progressPresent;
   std::string id;
@@ -52,7 +51,7 @@ void ReadDocuments(SetView* view, tPlayerID player) {
   DebugCapture quiet(1);  // a missing progress file is shown below, not traced
   LTM::CJSonFile manifest(view->set.path + view->set.manifestFile, 0);
   manifest.Load();
-  view->progressFile = (cyo::ProgressFolder(player, view->set.packageId) + cyo::kProgressFile).raw();
+  view->progressFile = LTM::CyoProgressFile(player, view->set.packageId).raw();
   LTM::CJSonFile progress(view->progressFile, 0);
   view->progressPresent = progress.Load() == 0;
   view->id = Text(Member(manifest.mRoot, "ID"));
@@ -67,8 +66,8 @@ void ReadDocuments(SetView* view, tPlayerID player) {
 }
 
 SetView FindView(const std::string& wanted, tPlayerID player) {
-  SetView view{wanted, false, cyo::FoundSet(), std::string(), false, std::string(), 0, std::vector<Item>()};
-  view.found = cyo::FindSet(wanted, player, &view.set);
+  SetView view{wanted, false, LTM::tCyoSetInfo(), std::string(), false, std::string(), 0, std::vector<Item>()};
+  view.found = LTM::FindCyoSet(wanted, player, &view.set);
   if (view.found) ReadDocuments(&view, player);
   return view;
 }

@@ -12,7 +12,6 @@
 #include <vireline/BaseUtils.h>
 #include <vireline/vireline.h>
 
-#include "platform/ScratchOverlayEnv.h"
 #include "tools/Commands.h"
 #include "tools/DebugCapture.h"
 #include "tools/KeyValueDisplay.h"
@@ -60,18 +59,19 @@ std::vector<Request> RequestsWritten(const std::vector<std::string>& written, co
   return requests;
 }
 
-CheckReport Check(const std::string& dir, ScratchOverlayEnv* overlay) {
-  CheckReport report{0, {}, {}};
-  Env::SetCurrent(overlay);
+// Runs the check over a scratch overlay that takes what it writes; false
+// when no scratch folder could be made.
+bool Check(const std::string& dir, CheckReport* report) {
+  ScratchOverlay overlay;
+  if (!overlay.IsUsable()) return false;
   {
     DebugCapture capture(kNoteLevel);
-    report.result = LTM::CMetaInfo(dir).CheckCartDependencies();
-    report.notes = capture.lines();
+    report->result = LTM::CMetaInfo(dir).CheckCartDependencies();
+    report->notes = capture.lines();
   }
   std::string inventory = CSystemData::Instance()->GetManageInventoryPath();
-  report.requests = RequestsWritten(overlay->WrittenFiles(), inventory);
-  Env::SetCurrent(nullptr);
-  return report;
+  report->requests = RequestsWritten(overlay.WrittenFiles(), inventory);
+  return true;
 }
 
 void Field(const char* label, const std::string& value) { std::printf("%-15s %s\n", label, value.c_str()); }
@@ -123,12 +123,11 @@ int RunDeps(const std::string& dir, bool json) {
   std::string path;
   int status = PackageMetaInf("deps", dir, &path);
   if (status != kSuccess) return status;
-  ScratchOverlayEnv overlay(Env::Current(), Env::Host());
-  if (!overlay.ok()) {
+  CheckReport report{0, {}, {}};
+  if (!Check(dir, &report)) {
     std::fprintf(stderr, "vireline deps: cannot make a scratch folder for the check's requests\n");
     return kIoError;
   }
-  CheckReport report = Check(dir, &overlay);
   if (json) {
     PrintJsonOf(path, report);
   } else {

@@ -8,7 +8,6 @@
 
 #include <vireline/vireline.h>
 
-#include "systemdata/AssetLookup.h"
 #include "tools/Commands.h"
 #include "tools/SystemDataMessages.h"
 
@@ -16,16 +15,14 @@ namespace vireline {
 namespace tools {
 namespace {
 
-using systemdata::AssetKind;
-
-const std::map<std::string, AssetKind> kKinds = {
-    {"art", AssetKind::kArt},     {"audio", AssetKind::kAudio},         {"video", AssetKind::kVideo},
-    {"font", AssetKind::kFont},   {"bookaudio", AssetKind::kBookAudio},
+const std::map<std::string, tAssetKind> kKinds = {
+    {"art", tAssetKind::kArt},   {"audio", tAssetKind::kAudio},         {"video", tAssetKind::kVideo},
+    {"font", tAssetKind::kFont}, {"bookaudio", tAssetKind::kBookAudio},
 };
 
 // Reports each candidate as the lookup tries it.
 bool ExplainCandidate(const CPath& path) {
-  bool found = systemdata::OpensForReading(path);
+  bool found = OpensForReading(path);
   std::printf("  %-8s %s\n", found ? "found" : "missing", path.c_str());
   return found;
 }
@@ -42,8 +39,8 @@ int RunFind(const std::string& kind, const std::string& name, const std::string&
     std::printf("locale %s, title %s\n", data->GetLocaleCode().c_str(),
                 data->GetCurrentTitlePath().empty() ? "(none)" : data->GetCurrentTitlePath().c_str());
   }
-  systemdata::CandidateProbe probe = explain ? ExplainCandidate : systemdata::OpensForReading;
-  CPath found = systemdata::LookUpAsset(data, kKinds.at(kind), name, probe);
+  tAssetProbe probe = explain ? ExplainCandidate : OpensForReading;
+  CPath found = LookUpAsset(data, kKinds.at(kind), name, probe);
   if (explain) {
     std::printf("result: %s\n", found.empty() ? "(none)" : found.c_str());
   } else if (!found.empty()) {

@@ -1,5 +1,5 @@
 // What the inspector's key=value commands share: how the text of key=value
-// files is shown (tools/DisplayText.h), JSON output, and the check that a
+// files is shown (vireline::DisplayText), JSON output, and the check that a
 // path names a regular file.
 #ifndef VIRELINE_TOOLS_KEYVALUEDISPLAY_H_
 #define VIRELINE_TOOLS_KEYVALUEDISPLAY_H_
@@ -13,10 +13,10 @@
 #include <json/json.h>
 
 #include <vireline/COrvoInterface.h>
+#include <vireline/DisplayText.h>
 #include <vireline/PkgPath.h>
 
 #include "tools/Commands.h"
-#include "tools/DisplayText.h"
 
 namespace vireline {
 namespace tools {

@@ -12,8 +12,6 @@
 
 #include "tools/Commands.h"
 #include "tools/KeyValueDisplay.h"
-#include "tools/LogExporter.h"
-#include "tools/LogJson.h"
 
 namespace vireline {
 namespace tools {
@@ -23,8 +21,8 @@ std::string ClassName(const tLogRecord& record) {
   return record.ClassName() ? record.ClassName() : "type " + std::to_string(record.type);
 }
 
-// One JSON document on one line, for JSON Lines output.
-void PrintJsonLine(const Json::Value& json) { std::printf("%s\n", JsonLine(json).c_str()); }
+// One JSON Lines line.
+void PrintJsonLine(const std::string& line) { std::printf("%s\n", line.c_str()); }
 
 std::string HeaderLine(const CPath& path, const CLogReader& reader) {
   std::string line = "== " + path.raw() + ": " + std::to_string(reader.GetFileSize()) + " bytes, header " +
@@ -95,13 +93,7 @@ int DumpFile(const CPath& path, bool json) {
     std::fprintf(stderr, "vireline log: %s: torn record at offset %llu (%llu bytes present)\n", path.c_str(),
                  static_cast<unsigned long long>(reader.GetTornOffset()),
                  static_cast<unsigned long long>(reader.GetTornBytesPresent()));
-    if (json) {
-      Json::Value torn(Json::objectValue);
-      torn["torn"] = true;
-      torn["offset"] = Json::UInt64(reader.GetTornOffset());
-      torn["bytesPresent"] = Json::UInt64(reader.GetTornBytesPresent());
-      PrintJsonLine(torn);
-    }
+    if (json) PrintJsonLine(LogTornJson(reader));
     return kCorrupt;
   }
   bool readable = reader.GetStatus() == CLogReader::kHeaderValid || reader.GetStatus() == CLogReader::kHeaderInvalid;
@@ -114,7 +106,7 @@ int RunDump(const std::string& target, bool json) {
   if (!target.empty()) targets.push_back(target);
   int status = CheckSlots("dump", targets);
   if (status != kSuccess) return status;
-  for (const LogExporter::tTarget& log : LogExporter::Resolve(targets)) {
+  for (const CLogExporter::tTarget& log : CLogExporter::Resolve(targets)) {
     int fileStatus = DumpFile(log.path, json);
     if (fileStatus > status) status = fileStatus;
   }
@@ -122,13 +114,13 @@ int RunDump(const std::string& target, bool json) {
 }
 
 // Exports one log's records as JSON Lines; the exit status it deserves.
-int ExportFile(const LogExporter::tTarget& log) {
+int ExportFile(const CLogExporter::tTarget& log) {
   if (IsNotARegularFile(log.path)) {
     std::fprintf(stderr, "vireline log: %s: not a regular file\n", log.path.c_str());
     return kIoError;
   }
-  LogExporter::tResult result =
-      LogExporter::Export(log, [](const std::string& line) { std::printf("%s\n", line.c_str()); });
+  CLogExporter::tResult result =
+      CLogExporter::Export(log, [](const std::string& line) { std::printf("%s\n", line.c_str()); });
   if (result.status == CLogReader::kCannotOpen) {
     std::fprintf(stderr, "vireline log: %s: cannot be opened\n", log.path.c_str());
     return kNotFound;
@@ -147,7 +139,7 @@ int ExportFile(const LogExporter::tTarget& log) {
 int RunExport(const std::vector<std::string>& targets) {
   int status = CheckSlots("export", targets);
   if (status != kSuccess) return status;
-  for (const LogExporter::tTarget& log : LogExporter::Resolve(targets)) {
+  for (const CLogExporter::tTarget& log : CLogExporter::Resolve(targets)) {
     int fileStatus = ExportFile(log);
     if (fileStatus > status) status = fileStatus;
   }

@@ -13,7 +13,6 @@
 #include <vireline/BaseUtils.h>
 #include <vireline/vireline.h>
 
-#include "systemdata/SystemDataInternal.h"
 #include "tools/Commands.h"
 #include "tools/KeyValueDisplay.h"
 #include "tools/SystemDataMessages.h"
@@ -49,19 +48,19 @@ Folders DeviceFolders(CSystemData* data) {
 
 struct Report {
   Folders folders;
-  systemdata::DeviceLocale locale;
+  tDeviceLocale locale;
   tPlayerID currentPlayer;
-  systemdata::ManageInventoryPackage inventory;
+  tManageInventoryPackage inventory;
   bool inventoryExists;
 };
 
 Report Gather() {
   CSystemData* data = CSystemData::Instance();
   Report report;
-  report.locale = systemdata::ReadDeviceLocale();
+  report.locale = ReadDeviceLocale();
   report.folders = DeviceFolders(data);
   report.currentPlayer = data->GetCurrentPlayerID();
-  report.inventory = systemdata::ManageInventoryFor(data->GetDataPath(), report.currentPlayer);
+  report.inventory = ManageInventoryFor(data->GetDataPath(), report.currentPlayer);
   report.inventoryExists = BaseUtils::Instance()->FileExists(report.inventory.folder);
   return report;
 }
@@ -70,7 +69,7 @@ void PrintText(const Report& report) {
   CSystemData* data = CSystemData::Instance();
   for (const auto& folder : report.folders) std::printf("%-22s %s\n", folder.first, folder.second.c_str());
   std::printf("%-22s %s (%s)\n", "locale", report.locale.code.c_str(),
-              systemdata::LocaleSourceName(report.locale.source));
+              LocaleSourceName(report.locale.source));
   std::printf("%-22s %d\n", "currentPlayer", report.currentPlayer);
   for (int player = 0; player < kPlayers; ++player) {
     std::printf("player %d %-13s %s\n", player, "data", data->GetDataProfilePath(player).c_str());
@@ -85,7 +84,7 @@ void PrintJsonReport(const Report& report) {
   Json::Value json(Json::objectValue);
   for (const auto& folder : report.folders) json[folder.first] = folder.second;
   json["locale"]["code"] = report.locale.code.raw();
-  json["locale"]["source"] = systemdata::LocaleSourceName(report.locale.source);
+  json["locale"]["source"] = LocaleSourceName(report.locale.source);
   json["currentPlayer"] = report.currentPlayer;
   json["players"] = Json::Value(Json::arrayValue);
   for (int player = 0; player < kPlayers; ++player) {

@@ -9,7 +9,6 @@
 
 #include <vireline/vireline.h>
 
-#include "platform/Env.h"
 #include "tools/Commands.h"
 #include "tools/KeyValueDisplay.h"
 #include "tools/ReportFormat.h"
@@ -180,25 +179,12 @@ void PrintText(const tPlayerReport& report) {
               totals.criticalErrors, totals.irregularities);
 }
 
-// Makes library writes take host paths while it lives: the page is for the
-// desktop, not for the device image the inspector reads.
-class HostPaths {
- public:
-  HostPaths() : mPrevious(Env::Current()) { Env::SetCurrent(Env::Host()); }
-  ~HostPaths() { Env::SetCurrent(mPrevious == Env::Default() ? nullptr : mPrevious); }
-  HostPaths(const HostPaths&) = delete;
-  HostPaths& operator=(const HostPaths&) = delete;
-
- private:
-  Env* mPrevious;
-};
-
 int WritePage(const std::string& path, const std::string& page) {
   if (path == "-") {
     std::fwrite(page.data(), 1, page.size(), stdout);
     return kSuccess;
   }
-  HostPaths host;
+  HostPaths host;  // the page is for the desktop, not for the device image the inspector reads
   FILE* out = fopenAtomic(path.c_str(), "wb");
   bool written = out != nullptr && std::fwrite(page.data(), 1, page.size(), out) == page.size();
   if (out != nullptr && fcloseAtomic(out) != 0) written = false;

@@ -8,19 +8,18 @@
 
 #include <cstdio>
 
+#include <vireline/DebugModules.h>
 #include <vireline/Platform.h>
-
-#include "systemdata/SystemDataInternal.h"
 
 namespace vireline {
 namespace tools {
 
 inline void DropSystemDataMessages(int module, int, const char* text) {
-  if (module != systemdata::kDebugModule) std::fputs(text, stderr);
+  if (module != kSystemPathsDebugModule) std::fputs(text, stderr);
 }
 
 inline void PrintSystemDataMessages(int module, int, const char* text) {
-  std::fputs(text, module == systemdata::kDebugModule ? stdout : stderr);
+  std::fputs(text, module == kSystemPathsDebugModule ? stdout : stderr);
 }
 
 // Drops the system paths' messages, or with `show` prints them on standard output.

@@ -2,6 +2,7 @@
 #ifndef VIRELINE_VIRELINE_H_
 #define VIRELINE_VIRELINE_H_
 
+#include <vireline/AssetLookup.h>
 #include <vireline/BaseUtils.h>
 #include <vireline/CApps.h>
 #include <vireline/CAvatars.h>
@@ -12,6 +13,7 @@
 #include <vireline/CJSonFile.h>
 #include <vireline/CLogData.h>
 #include <vireline/CLogDataPack.h>
+#include <vireline/CLogExporter.h>
 #include <vireline/CLogFile.h>
 #include <vireline/CLogHeader.h>
 #include <vireline/CLogReader.h>
@@ -28,13 +30,21 @@
 #include <vireline/CSystem.h>
 #include <vireline/CSystemData.h>
 #include <vireline/CTimeSync.h>
+#include <vireline/CyoSets.h>
 #include <vireline/Dataset.h>
+#include <vireline/DebugModules.h>
+#include <vireline/DisplayText.h>
 #include <vireline/Export.h>
+#include <vireline/FileOpenWatch.h>
+#include <vireline/HostPaths.h>
 #include <vireline/LTMJson.h>
 #include <vireline/LogCatalogue.h>
 #include <vireline/LogEvents.h>
+#include <vireline/LogJson.h>
 #include <vireline/PkgPath.h>
 #include <vireline/Platform.h>
+#include <vireline/ScratchOverlay.h>
+#include <vireline/SystemPaths.h>
 #include <vireline/Types.h>
 
 #endif  // VIRELINE_VIRELINE_H_

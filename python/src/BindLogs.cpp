@@ -5,14 +5,10 @@
 
 #include "python/src/Bindings.h"
 #include "python/src/Convert.h"
-#include "tools/LogExporter.h"
-#include "tools/LogJson.h"
 
 namespace vireline {
 namespace python {
 namespace {
-
-using tools::LogExporter;
 
 // The LogRecord named tuple class, made when the module loads and kept
 // until the process ends (never released after the interpreter is gone).
@@ -34,7 +30,7 @@ CPath LogPath(const py::object& log) {
 void CheckReadable(CLogReader::tStatus status, const std::string& path) {
   if (status == CLogReader::kCannotOpen) Raise(GetErrors().open, path + ": cannot be opened");
   if (status == CLogReader::kNotALog || status == CLogReader::kTooShort) {
-    Raise(GetErrors().format, path + ": " + tools::LogStatusName(status), py::int_(static_cast<int>(status)));
+    Raise(GetErrors().format, path + ": " + LogStatusName(status), py::int_(static_cast<int>(status)));
   }
 }
 
@@ -95,7 +91,7 @@ void BindLogReader(py::module_& m) {
            "Opens player slot `log` (0-2) or the log file at device path `log`. OpenError when it cannot be "
            "opened, FormatError when it is not a play log.")
       .def_property_readonly("path", [](const LogReaderHandle& h) { return Text(h.path); }, "The log's device path.")
-      .def_property_readonly("status", [](const LogReaderHandle& h) { return tools::LogStatusName(h.reader->GetStatus()); },
+      .def_property_readonly("status", [](const LogReaderHandle& h) { return LogStatusName(h.reader->GetStatus()); },
                              "\"valid\", or \"invalid\" for a header whose platform code is not 1-11 (what devices "
                              "of unknown type write; the records are still read).")
       .def_property_readonly("header", [](const LogReaderHandle& h) { return HeaderDict(*h.reader); },
@@ -137,10 +133,10 @@ std::string ExportTarget(const py::handle& target) {
   return PathBytes(target);
 }
 
-py::dict ExportOutcome(const LogExporter::tTarget& log, const LogExporter::tResult& result) {
+py::dict ExportOutcome(const CLogExporter::tTarget& log, const CLogExporter::tResult& result) {
   py::dict outcome;
   outcome["path"] = Text(log.path.raw());
-  outcome["status"] = tools::LogStatusName(result.status);
+  outcome["status"] = LogStatusName(result.status);
   outcome["records"] = result.records;
   outcome["torn"] = result.torn;
   outcome["torn_offset"] = result.torn ? py::object(py::int_(result.tornOffset)) : py::object(py::none());
@@ -157,9 +153,9 @@ void BindExport(py::module_& m) {
         std::vector<std::string> texts;
         for (py::handle target : targets) texts.push_back(ExportTarget(target));
         py::list outcomes;
-        for (const LogExporter::tTarget& log : LogExporter::Resolve(texts)) {
-          LogExporter::tResult result =
-              LogExporter::Export(log, [&write](const std::string& line) { write(Text(line + "\n")); });
+        for (const CLogExporter::tTarget& log : CLogExporter::Resolve(texts)) {
+          CLogExporter::tResult result =
+              CLogExporter::Export(log, [&write](const std::string& line) { write(Text(line + "\n")); });
           CheckReadable(result.status, log.path.raw());
           outcomes.append(ExportOutcome(log, result));
         }

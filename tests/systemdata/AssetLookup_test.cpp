@@ -3,20 +3,21 @@
 #include <string>
 #include <vector>
 
+#include <vireline/AssetLookup.h>
+
 #include "platform/FaultInjectionEnv.h"
-#include "systemdata/AssetLookup.h"
 #include "systemdata/SystemDataTest.h"
 
-using vireline::systemdata::AssetKind;
+using vireline::tAssetKind;
 
 namespace {
 
 const char kTitle[] = "/QV/Bulk/ProgramFiles/Game/";
 
 // Every path a lookup tries, in order, when nothing exists.
-std::vector<std::string> TriedPaths(AssetKind kind, const std::string& name) {
+std::vector<std::string> TriedPaths(tAssetKind kind, const std::string& name) {
   std::vector<std::string> tried;
-  vireline::systemdata::LookUpAsset(CSystemData::Instance(), kind, name, [&tried](const CPath& path) {
+  vireline::LookUpAsset(CSystemData::Instance(), kind, name, [&tried](const CPath& path) {
     tried.push_back(path);
     return false;
   });
@@ -117,23 +118,23 @@ const std::vector<std::string> kBookAudioCandidates = {
 };
 
 TEST_F(AssetLookupTest, ArtTriesItsFoldersThenThePlaceholder) {
-  EXPECT_EQ(TriedPaths(AssetKind::kArt, "x.png"), Concat(kArtCandidates, kPlaceholderArtCandidates));
+  EXPECT_EQ(TriedPaths(tAssetKind::kArt, "x.png"), Concat(kArtCandidates, kPlaceholderArtCandidates));
 }
 
 TEST_F(AssetLookupTest, VideoTriesItsFoldersWithADoubledSlashAndHasNoPlaceholder) {
-  EXPECT_EQ(TriedPaths(AssetKind::kVideo, "v.avi"), kVideoCandidates);
+  EXPECT_EQ(TriedPaths(tAssetKind::kVideo, "v.avi"), kVideoCandidates);
 }
 
 TEST_F(AssetLookupTest, FontTriesTheTitleThenTheDeviceThenThePlaceholder) {
-  EXPECT_EQ(TriedPaths(AssetKind::kFont, "f.ttf"), Concat(kFontCandidates, kPlaceholderFontCandidates));
+  EXPECT_EQ(TriedPaths(tAssetKind::kFont, "f.ttf"), Concat(kFontCandidates, kPlaceholderFontCandidates));
 }
 
 TEST_F(AssetLookupTest, AudioTriesEachFolderFullyWavFirstThenThePlaceholder) {
-  EXPECT_EQ(TriedPaths(AssetKind::kAudio, "a.mp3"), Concat(kAudioCandidates, kPlaceholderAudioCandidates));
+  EXPECT_EQ(TriedPaths(tAssetKind::kAudio, "a.mp3"), Concat(kAudioCandidates, kPlaceholderAudioCandidates));
 }
 
 TEST_F(AssetLookupTest, WavAudioIsTriedOncePerFolder) {
-  EXPECT_EQ(TriedPaths(AssetKind::kAudio, "a.wav"),
+  EXPECT_EQ(TriedPaths(tAssetKind::kAudio, "a.wav"),
             (std::vector<std::string>{
                 "/QV/Bulk/ProgramFiles/Game/Audio/a.wav",
                 "/QV/Bulk/LanguagePack_fr/Audio_ca/ca_a.wav",
@@ -147,7 +148,7 @@ TEST_F(AssetLookupTest, WavAudioIsTriedOncePerFolder) {
 }
 
 TEST_F(AssetLookupTest, AudioNameWithoutExtensionTriesTheWavFirst) {
-  std::vector<std::string> tried = TriedPaths(AssetKind::kAudio, "hello");
+  std::vector<std::string> tried = TriedPaths(tAssetKind::kAudio, "hello");
   ASSERT_EQ(tried.size(), 16u);
   EXPECT_EQ(tried[0], "/QV/Bulk/ProgramFiles/Game/Audio/hello.wav");
   EXPECT_EQ(tried[1], "/QV/Bulk/ProgramFiles/Game/Audio/hello");
@@ -156,14 +157,14 @@ TEST_F(AssetLookupTest, AudioNameWithoutExtensionTriesTheWavFirst) {
 }
 
 TEST_F(AssetLookupTest, AudioExtensionIsTakenAfterTheLastDot) {
-  std::vector<std::string> tried = TriedPaths(AssetKind::kAudio, "a.b.ogg");
+  std::vector<std::string> tried = TriedPaths(tAssetKind::kAudio, "a.b.ogg");
   EXPECT_EQ(tried[0], "/QV/Bulk/ProgramFiles/Game/Audio/a.b.wav");
   EXPECT_EQ(tried[8], "/QV/Bulk/ProgramFiles/Game/Audio/h_BROM_AudioNotFoundSfx_6.wav");
   EXPECT_EQ(tried[9], "/QV/Bulk/ProgramFiles/Game/Audio/h_BROM_AudioNotFoundSfx_6.ogg");
 }
 
 TEST_F(AssetLookupTest, BookAudioTriesTheBookPackThenTheLanguagePacksAndStops) {
-  EXPECT_EQ(TriedPaths(AssetKind::kBookAudio, "b.mp3"), kBookAudioCandidates);
+  EXPECT_EQ(TriedPaths(tAssetKind::kBookAudio, "b.mp3"), kBookAudioCandidates);
 }
 
 TEST_F(AssetLookupTest, ArtIsFoundInEachFolderAlone) {
@@ -323,15 +324,15 @@ TEST_F(AssetLookupTest, AskedFormatInTheTitleWinsOverAWavInTheLanguagePack) {
 }
 
 TEST_F(AssetLookupTest, FrenchVideoIsFirstLookedForWithADoubledSlash) {
-  EXPECT_EQ(TriedPaths(AssetKind::kVideo, "v.avi").front(), "/QV/Bulk/LanguagePack_fr/Video_fr//v.avi");
+  EXPECT_EQ(TriedPaths(tAssetKind::kVideo, "v.avi").front(), "/QV/Bulk/LanguagePack_fr/Video_fr//v.avi");
 }
 
 TEST_F(AssetLookupTest, AustralianEnglishAudioUsesTheBritishRecordings) {
   UseLocale("en-au");
-  std::vector<std::string> tried = TriedPaths(AssetKind::kAudio, "a.wav");
+  std::vector<std::string> tried = TriedPaths(tAssetKind::kAudio, "a.wav");
   EXPECT_EQ(tried[1], "/QV/Bulk/LanguagePack_en/Audio_gb/gb_a.wav");
   EXPECT_EQ(tried[2], "/QV/Bulk/LanguagePack_en/Audio/a.wav");
-  std::vector<std::string> book = TriedPaths(AssetKind::kBookAudio, "b.wav");
+  std::vector<std::string> book = TriedPaths(tAssetKind::kBookAudio, "b.wav");
   EXPECT_EQ(book[0], "/QV/Bulk/BookPack_en/Audio_gb/gb_b.wav");
   EXPECT_EQ(book[2], "/QV/Bulk/LanguagePack_en/Audio_gb/gb_b.wav");
 }
@@ -339,24 +340,24 @@ TEST_F(AssetLookupTest, AustralianEnglishAudioUsesTheBritishRecordings) {
 TEST_F(AssetLookupTest, EnglishRecordingsOfTheThreeCountriesAreTheirOwn) {
   for (const char* country : {"us", "ca", "gb"}) {
     UseLocale(std::string("en-") + country);
-    EXPECT_EQ(TriedPaths(AssetKind::kAudio, "a.wav")[1],
+    EXPECT_EQ(TriedPaths(tAssetKind::kAudio, "a.wav")[1],
               std::string("/QV/Bulk/LanguagePack_en/Audio_") + country + "/" + country + "_a.wav");
   }
 }
 
 TEST_F(AssetLookupTest, OtherLanguagesKeepTheirCountry) {
   UseLocale("fr-be");
-  EXPECT_EQ(TriedPaths(AssetKind::kAudio, "a.wav")[1], "/QV/Bulk/LanguagePack_fr/Audio_be/be_a.wav");
+  EXPECT_EQ(TriedPaths(tAssetKind::kAudio, "a.wav")[1], "/QV/Bulk/LanguagePack_fr/Audio_be/be_a.wav");
 }
 
 TEST_F(AssetLookupTest, ArtFollowsALocaleChange) {
   Data()->SetLocaleCode("de-de");
-  EXPECT_EQ(TriedPaths(AssetKind::kArt, "x.png").front(), "/QV/Bulk/LanguagePack_de/Art_de/x.png");
+  EXPECT_EQ(TriedPaths(tAssetKind::kArt, "x.png").front(), "/QV/Bulk/LanguagePack_de/Art_de/x.png");
 }
 
 TEST_F(AssetLookupTest, FontsWithoutATitleAreLookedForAtTheTitleRelativeFolder) {
   Data()->SetCurrentTitlePath("");
-  EXPECT_EQ(TriedPaths(AssetKind::kFont, "f.ttf").front(), "Fonts/f.ttf");
+  EXPECT_EQ(TriedPaths(tAssetKind::kFont, "f.ttf").front(), "Fonts/f.ttf");
 }
 
 TEST_F(AssetLookupTest, CandidateThatCannotBeOpenedIsPassedOver) {

@@ -154,17 +154,17 @@ TEST_F(LocaleTest, LocalizedAudioFolderCannotBeSet) {
 }
 
 TEST_F(LocaleTest, DeviceLocaleNamesItsSource) {
-  using vireline::systemdata::ReadDeviceLocale;
+  using vireline::ReadDeviceLocale;
   WriteMfgLocale("fr-ca");
-  EXPECT_EQ(ReadDeviceLocale().source, vireline::systemdata::kLocaleFromMfgData);
+  EXPECT_EQ(ReadDeviceLocale().source, vireline::kLocaleFromMfgData);
   WriteSettings("en-gb");
-  vireline::systemdata::DeviceLocale fromSettings = ReadDeviceLocale();
+  vireline::tDeviceLocale fromSettings = ReadDeviceLocale();
   EXPECT_EQ(fromSettings.code, "en-gb");
-  EXPECT_EQ(fromSettings.source, vireline::systemdata::kLocaleFromSettings);
+  EXPECT_EQ(fromSettings.source, vireline::kLocaleFromSettings);
   WriteSettings("");
   WriteMfgLocale("fr_ca");
-  EXPECT_EQ(ReadDeviceLocale().source, vireline::systemdata::kLocaleDefault);
-  EXPECT_STREQ(vireline::systemdata::LocaleSourceName(vireline::systemdata::kLocaleFromMfgData),
+  EXPECT_EQ(ReadDeviceLocale().source, vireline::kLocaleDefault);
+  EXPECT_STREQ(vireline::LocaleSourceName(vireline::kLocaleFromMfgData),
                "manufacturing data");
 }
 

@@ -86,8 +86,8 @@ TEST_F(ManageInventoryTest, ExistingFolderWithoutMetadataIsLeftAsItIs) {
 
 TEST_F(ManageInventoryTest, ThePackageCanBeNamedWithoutCreatingIt) {
   WritePlatform("Oskava");
-  vireline::systemdata::ManageInventoryPackage package =
-      vireline::systemdata::ManageInventoryFor("/QV/Bulk/Data/", -1);
+  vireline::tManageInventoryPackage package =
+      vireline::ManageInventoryFor("/QV/Bulk/Data/", -1);
   EXPECT_EQ(package.folder, "/QV/Bulk/Data/Uploads/0/MQDX-0x001E000C-999999/");
   EXPECT_STREQ(package.deviceType, "PelloraVoyant");
   EXPECT_EQ(package.productId, 0x1E000Cu);

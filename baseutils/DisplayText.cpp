@@ -1,19 +1,12 @@
-// How the inspector and the Python module show text that may hold any bytes
-// (key=value files, play-log strings): valid UTF-8 stays as it is, a
-// backslash becomes "\\", control characters and bytes that are not valid
-// UTF-8 become "\xNN". Needs nothing but the C++ library, so the Python
-// module can share it.
-#ifndef VIRELINE_TOOLS_DISPLAYTEXT_H_
-#define VIRELINE_TOOLS_DISPLAYTEXT_H_
+#include <vireline/DisplayText.h>
 
 #include <cstdio>
-#include <string>
 
 namespace vireline {
-namespace tools {
+namespace {
 
 // The length of the valid UTF-8 sequence at `text`, or 0.
-inline size_t Utf8SequenceLength(const unsigned char* text) {
+size_t Utf8SequenceLength(const unsigned char* text) {
   unsigned char lead = text[0];
   size_t length;
   unsigned long codePoint;
@@ -39,8 +32,9 @@ inline size_t Utf8SequenceLength(const unsigned char* text) {
   return (overlong || surrogate || codePoint > 0x10FFFF) ? 0 : length;
 }
 
-// `text` as the inspector shows it; "" for null.
-inline std::string DisplayText(const char* text) {
+}  // namespace
+
+std::string DisplayText(const char* text) {
   std::string shown;
   if (text == nullptr) return shown;
   const unsigned char* p = reinterpret_cast<const unsigned char*>(text);
@@ -62,7 +56,4 @@ inline std::string DisplayText(const char* text) {
   return shown;
 }
 
-}  // namespace tools
 }  // namespace vireline
-
-#endif  // VIRELINE_TOOLS_DISPLAYTEXT_H_

@@ -1,60 +1,18 @@
-#include "tools/LogExporter.h"
+#include <vireline/CLogExporter.h>
 
 #include <vireline/CLogFile.h>
+#include <vireline/DisplayText.h>
 #include <vireline/LogCatalogue.h>
 
-#include "tools/DisplayText.h"
-#include "tools/LogJson.h"
-
-namespace vireline {
-namespace tools {
+#include "logging/LogJsonValue.h"
 
 using namespace LogData::Vireline;
 
-std::vector<LogExporter::tTarget> LogExporter::Resolve(const std::vector<std::string>& targets) {
-  std::vector<tTarget> resolved;
-  if (targets.empty()) {
-    for (int slot = 0; slot < CLogFile::kSlotCount; ++slot) resolved.push_back({CLogFile::GetLogFilePath(slot), slot});
-  }
-  for (const std::string& target : targets) {
-    if (target.size() == 1 && target[0] >= '0' && target[0] < '0' + CLogFile::kSlotCount) {
-      int slot = target[0] - '0';
-      resolved.push_back({CLogFile::GetLogFilePath(slot), slot});
-    } else {
-      resolved.push_back({target, -1});
-    }
-  }
-  return resolved;
-}
+namespace {
 
-LogExporter::tResult LogExporter::Export(const tTarget& target, const tLineSink& sink) {
-  tResult result;
-  CLogReader reader(target.path);
-  result.status = reader.GetStatus();
-  const CLogHeader& header = reader.GetHeader();
-  Json::Value serial = header.IsValid() ? Json::Value(DisplayText(header.GetDeviceSerialNum())) : Json::Value();
-  Json::Value slot = target.slot >= 0 ? Json::Value(target.slot) : Json::Value();
-  if (target.slot < 0 && header.IsValid()) slot = header.GetLogNum();
-  Json::Value title;
-  tLogRecord record;
-  while (reader.Next(&record)) {
-    Json::Value line = LogRecordJson(record);
-    FollowTitle(record, line["fields"], &title);
-    line["serial"] = serial;
-    line["slot"] = slot;
-    line["title"] = title;
-    sink(JsonLine(line));
-    ++result.records;
-  }
-  result.torn = reader.IsTorn();
-  if (result.torn) {
-    result.tornOffset = reader.GetTornOffset();
-    result.tornBytesPresent = reader.GetTornBytesPresent();
-  }
-  return result;
-}
-
-void LogExporter::FollowTitle(const tLogRecord& record, const Json::Value& fields, Json::Value* title) {
+// Follows the title being played: set by a title or game start, ended by
+// its exit and by a clock record (the device started afresh).
+void FollowTitle(const tLogRecord& record, const Json::Value& fields, Json::Value* title) {
   switch (record.type) {
     case kTitleStart:
       *title = fields.get("title", Json::Value());
@@ -72,5 +30,48 @@ void LogExporter::FollowTitle(const tLogRecord& record, const Json::Value& field
   }
 }
 
-}  // namespace tools
-}  // namespace vireline
+}  // namespace
+
+std::vector<CLogExporter::tTarget> CLogExporter::Resolve(const std::vector<std::string>& targets) {
+  std::vector<tTarget> resolved;
+  if (targets.empty()) {
+    for (int slot = 0; slot < CLogFile::kSlotCount; ++slot) resolved.push_back({CLogFile::GetLogFilePath(slot), slot});
+  }
+  for (const std::string& target : targets) {
+    if (target.size() == 1 && target[0] >= '0' && target[0] < '0' + CLogFile::kSlotCount) {
+      int slot = target[0] - '0';
+      resolved.push_back({CLogFile::GetLogFilePath(slot), slot});
+    } else {
+      resolved.push_back({target, -1});
+    }
+  }
+  return resolved;
+}
+
+CLogExporter::tResult CLogExporter::Export(const tTarget& target, const tLineSink& sink) {
+  tResult result;
+  CLogReader reader(target.path);
+  result.status = reader.GetStatus();
+  const CLogHeader& header = reader.GetHeader();
+  Json::Value serial =
+      header.IsValid() ? Json::Value(vireline::DisplayText(header.GetDeviceSerialNum())) : Json::Value();
+  Json::Value slot = target.slot >= 0 ? Json::Value(target.slot) : Json::Value();
+  if (target.slot < 0 && header.IsValid()) slot = header.GetLogNum();
+  Json::Value title;
+  tLogRecord record;
+  while (reader.Next(&record)) {
+    Json::Value line = vireline::logging::RecordValue(record);
+    FollowTitle(record, line["fields"], &title);
+    line["serial"] = serial;
+    line["slot"] = slot;
+    line["title"] = title;
+    sink(vireline::logging::JsonLine(line));
+    ++result.records;
+  }
+  result.torn = reader.IsTorn();
+  if (result.torn) {
+    result.tornOffset = reader.GetTornOffset();
+    result.tornBytesPresent = reader.GetTornBytesPresent();
+  }
+  return result;
+}

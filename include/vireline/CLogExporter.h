@@ -4,23 +4,19 @@
 // (from the log's header), the player slot, and the title being played when
 // the record was logged, since answers and rewards name no title of their own.
 // The inspector's `log export` and the Python module both export through here.
-#ifndef VIRELINE_TOOLS_LOGEXPORTER_H_
-#define VIRELINE_TOOLS_LOGEXPORTER_H_
+#ifndef VIRELINE_CLOGEXPORTER_H_
+#define VIRELINE_CLOGEXPORTER_H_
 
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
 
-#include <json/json.h>
-
 #include <vireline/CLogReader.h>
+#include <vireline/Export.h>
 #include <vireline/Types.h>
 
-namespace vireline {
-namespace tools {
-
-class LogExporter {
+class VIRELINE_EXPORT CLogExporter {
  public:
   // One log to export: its device path and player slot (-1: the slot its header names).
   struct tTarget {
@@ -46,14 +42,6 @@ class LogExporter {
 
   // Hands `sink` one line per complete record of the log, in file order.
   static tResult Export(const tTarget& target, const tLineSink& sink);
-
- private:
-  // Follows the title being played: set by a title or game start, ended by
-  // its exit and by a clock record (the device started afresh).
-  static void FollowTitle(const tLogRecord& record, const Json::Value& fields, Json::Value* title);
 };
 
-}  // namespace tools
-}  // namespace vireline
-
-#endif  // VIRELINE_TOOLS_LOGEXPORTER_H_
+#endif  // VIRELINE_CLOGEXPORTER_H_
