@@ -8,13 +8,15 @@
 #
 #   scripts/fuzz.sh                      # 30 s per target
 #   scripts/fuzz.sh --seconds 3600 json  # a long run of one target
+#   scripts/fuzz.sh --runs 10000000 --seconds 3600   # ten million inputs each, at most an hour
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 usage() {
   cat <<'USAGE'
-Usage: scripts/fuzz.sh [--seconds N] [--build-dir DIR] [--work-dir DIR] [--update-corpus] [--no-build] [TARGET...]
+Usage: scripts/fuzz.sh [--seconds N] [--runs N] [--build-dir DIR] [--work-dir DIR] [--update-corpus] [--no-build] [TARGET...]
   --seconds N       run each target for N seconds (default 30)
+  --runs N          stop a target after N executions (if its time has not run out first)
   --build-dir DIR   the clang build folder (default build/fuzz)
   --work-dir DIR    where new corpus entries and failing inputs go (default: a new temporary folder)
   --update-corpus   afterwards merge the inputs that found new code into fuzz/corpus/<target>
@@ -24,6 +26,7 @@ USAGE
 }
 
 seconds=30
+runs=-1
 build_dir=build/fuzz
 work_dir=""
 update_corpus=0
@@ -32,6 +35,7 @@ targets=()
 while [ $# -gt 0 ]; do
   case "$1" in
     --seconds) seconds="$2"; shift 2 ;;
+    --runs) runs="$2"; shift 2 ;;
     --build-dir) build_dir="$2"; shift 2 ;;
     --work-dir) work_dir="$2"; shift 2 ;;
     --update-corpus) update_corpus=1; shift ;;
@@ -83,7 +87,7 @@ for target in "${targets[@]}"; do
   status=0
   # The first folder receives new inputs; the target's own chatter on
   # standard output and error is dropped (sanitizer reports still come through).
-  "$program" -max_total_time="$seconds" -timeout=10 -print_final_stats=1 -close_fd_mask=3 \
+  "$program" -max_total_time="$seconds" -runs="$runs" -timeout=10 -print_final_stats=1 -close_fd_mask=3 \
     -artifact_prefix="$work_dir/artifacts/$target-" "$corpus" "$seeds" >"$log" 2>&1 || status=$?
   executions=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -n 1)
   per_second=$(sed -n 's/^stat::average_exec_per_sec: *//p' "$log" | tail -n 1)
