@@ -10,6 +10,49 @@ std::atomic<Env*> gCurrentEnv{nullptr};
 }  // namespace
 
 Env::~Env() = default;
+SequentialFile::~SequentialFile() = default;
+WritableFile::~WritableFile() = default;
+RandomRWFile::~RandomRWFile() = default;
+
+Result ReadFully(SequentialFile* file, size_t n, char* scratch, size_t* got) {
+  *got = 0;
+  while (*got < n) {
+    size_t count = 0;
+    Result result = file->Read(n - *got, scratch + *got, &count);
+    if (!result.ok()) return result;
+    if (count == 0) break;
+    *got += count;
+  }
+  return Result::Ok();
+}
+
+Result ReadToString(SequentialFile* file, size_t limit, std::string* bytes) {
+  bytes->clear();
+  const size_t kStep = 65536;
+  while (bytes->size() < limit) {
+    size_t at = bytes->size();
+    size_t want = limit - at < kStep ? limit - at : kStep;
+    bytes->resize(at + want);
+    size_t got = 0;
+    Result result = ReadFully(file, want, &(*bytes)[at], &got);
+    bytes->resize(at + got);
+    if (!result.ok()) return result;
+    if (got < want) break;
+  }
+  return Result::Ok();
+}
+
+Result ReadFullyAt(RandomRWFile* file, uint64_t offset, size_t n, char* scratch, size_t* got) {
+  *got = 0;
+  while (*got < n) {
+    size_t count = 0;
+    Result result = file->Read(offset + *got, n - *got, scratch + *got, &count);
+    if (!result.ok()) return result;
+    if (count == 0) break;
+    *got += count;
+  }
+  return Result::Ok();
+}
 
 Env* Env::Current() {
   Env* env = gCurrentEnv.load(std::memory_order_acquire);
@@ -19,18 +62,16 @@ Env* Env::Current() {
 void Env::SetCurrent(Env* env) { gCurrentEnv.store(env, std::memory_order_release); }
 
 bool Env::OpensForReading(const std::string& path) {
-  FILE* stream = nullptr;
-  if (!OpenStream(path, "r", &stream).ok()) return false;
-  CloseStream(stream);
-  return true;
+  std::unique_ptr<SequentialFile> file;
+  return NewSequentialFile(path, &file).ok();
 }
 
 Result Env::AppendToFile(const std::string& path, const void* data, size_t size) {
-  FILE* stream = nullptr;
-  Result opened = OpenStream(path, "rb+", &stream);
+  std::unique_ptr<RandomRWFile> file;
+  Result opened = NewRandomRWFile(path, &file);
   if (!opened.ok()) return opened;
-  AppendToStream(stream, data, size);
-  CloseStream(stream);
+  file->AppendAtEnd(data, size);
+  file->Close();
   return opened;
 }
 
@@ -44,6 +85,18 @@ bool IsSymbolicLink(const std::string& path) {
   return Env::Current()->LinkStat(path, &info).ok() && info.type == FileType::kSymbolicLink;
 }
 
+Result EnvWrapper::NewSequentialFile(const std::string& path, std::unique_ptr<SequentialFile>* file) {
+  return mTarget->NewSequentialFile(path, file);
+}
+Result EnvWrapper::NewWritableFile(const std::string& path, std::unique_ptr<WritableFile>* file) {
+  return mTarget->NewWritableFile(path, file);
+}
+Result EnvWrapper::NewExclusiveFile(const std::string& path, std::unique_ptr<WritableFile>* file) {
+  return mTarget->NewExclusiveFile(path, file);
+}
+Result EnvWrapper::NewRandomRWFile(const std::string& path, std::unique_ptr<RandomRWFile>* file) {
+  return mTarget->NewRandomRWFile(path, file);
+}
 Result EnvWrapper::OpenStream(const std::string& path, const char* mode, FILE** stream) {
   return mTarget->OpenStream(path, mode, stream);
 }

@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "platform/FaultInjectionFiles.h"
+
 namespace vireline {
 
 // A stream handed to callers whose reads, writes and close pass the fault checks.
@@ -89,6 +91,41 @@ FILE* FaultInjectionEnv::Inner(FILE* stream) {
   std::lock_guard<std::mutex> lock(mMutex);
   auto found = mStreams.find(stream);
   return found == mStreams.end() ? stream : found->second->inner;
+}
+
+// Opens through `open` after the kOpen check and hands out `wrap` of the result.
+template <typename File, typename Open, typename Wrap>
+Result OpenChecked(FaultInjectionEnv* env, std::unique_ptr<File>* file, Open open, Wrap wrap) {
+  file->reset();
+  Result result = env->Check(FaultInjectionEnv::kOpen);
+  std::unique_ptr<File> inner;
+  if (result.ok()) result = open(&inner);
+  if (result.ok()) *file = wrap(env, std::move(inner));
+  return result;
+}
+
+Result FaultInjectionEnv::NewSequentialFile(const std::string& path, std::unique_ptr<SequentialFile>* file) {
+  return OpenChecked(this, file, [&](std::unique_ptr<SequentialFile>* inner) {
+    return target()->NewSequentialFile(path, inner);
+  }, NewFaultSequentialFile);
+}
+
+Result FaultInjectionEnv::NewWritableFile(const std::string& path, std::unique_ptr<WritableFile>* file) {
+  return OpenChecked(this, file, [&](std::unique_ptr<WritableFile>* inner) {
+    return target()->NewWritableFile(path, inner);
+  }, NewFaultWritableFile);
+}
+
+Result FaultInjectionEnv::NewExclusiveFile(const std::string& path, std::unique_ptr<WritableFile>* file) {
+  return OpenChecked(this, file, [&](std::unique_ptr<WritableFile>* inner) {
+    return target()->NewExclusiveFile(path, inner);
+  }, NewFaultWritableFile);
+}
+
+Result FaultInjectionEnv::NewRandomRWFile(const std::string& path, std::unique_ptr<RandomRWFile>* file) {
+  return OpenChecked(this, file, [&](std::unique_ptr<RandomRWFile>* inner) {
+    return target()->NewRandomRWFile(path, inner);
+  }, NewFaultRandomRWFile);
 }
 
 Result FaultInjectionEnv::OpenStream(const std::string& path, const char* mode, FILE** stream) {

@@ -1,6 +1,6 @@
 // A test double that makes chosen platform operations fail on a countdown, so
-// tests can prove that a failing disk, flash or socket loses nothing. Streams
-// it opens are unbuffered, so every byte-sized write is one countable write.
+// tests can prove that a failing disk, flash or socket loses nothing. Files
+// it opens move a byte at a time, so every byte is one countable read or write.
 // Nothing of it runs unless a test installs it with Env::SetCurrent.
 #ifndef VIRELINE_PLATFORM_FAULTINJECTIONENV_H_
 #define VIRELINE_PLATFORM_FAULTINJECTIONENV_H_
@@ -51,6 +51,10 @@ class FaultInjectionEnv : public EnvWrapper {
   // Checks an operation against its armed fault; sets errno when it fails.
   Result Check(Op op);
 
+  Result NewSequentialFile(const std::string& path, std::unique_ptr<SequentialFile>* file) override;
+  Result NewWritableFile(const std::string& path, std::unique_ptr<WritableFile>* file) override;
+  Result NewExclusiveFile(const std::string& path, std::unique_ptr<WritableFile>* file) override;
+  Result NewRandomRWFile(const std::string& path, std::unique_ptr<RandomRWFile>* file) override;
   Result OpenStream(const std::string& path, const char* mode, FILE** stream) override;
   Result CloseStream(FILE* stream) override;
   Result SyncStream(FILE* stream) override;

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <memory>
 #include <string>
 
 #include <vireline/vireline.h>
@@ -33,7 +34,7 @@ class ProgressEnv : public EnvWrapper {
     if (mShown) std::fprintf(stderr, "\n");
   }
 
-  Result OpenStream(const std::string& path, const char* mode, FILE** stream) override {
+  Result NewSequentialFile(const std::string& path, std::unique_ptr<vireline::SequentialFile>* file) override {
     ++mFiles;
     uint64_t now = target()->NowMicros();
     if (now >= mNextShow) {
@@ -41,7 +42,7 @@ class ProgressEnv : public EnvWrapper {
       mShown = true;
       mNextShow = now + kProgressIntervalMicros;
     }
-    return EnvWrapper::OpenStream(path, mode, stream);
+    return EnvWrapper::NewSequentialFile(path, file);
   }
 
  private:

@@ -3,11 +3,13 @@
 // offset it now points at; a refused pair is explained, naming the file.
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include <vireline/vireline.h>
 
+#include "platform/Env.h"
 #include "tools/Commands.h"
 #include "tools/DebugCapture.h"
 #include "tools/KeyValueDisplay.h"
@@ -42,11 +44,11 @@ int CheckInput(const std::string& path, const char* extension) {
 // The relink file's offsets, read as the loader reads them.
 std::vector<uint32_t> ReadOffsets(const std::string& path) {
   std::vector<uint32_t> offsets(FileSize(path) / 4);
-  FILE* file = COrvoInterface::FOpen(path.c_str(), "rb");
-  if (file == nullptr) return std::vector<uint32_t>();
-  size_t got = std::fread(offsets.data(), 4, offsets.size(), file);
-  COrvoInterface::FClose(file);
-  offsets.resize(got);
+  std::unique_ptr<vireline::SequentialFile> file;
+  if (!vireline::Env::Current()->NewSequentialFile(path, &file).ok()) return std::vector<uint32_t>();
+  size_t got = 0;
+  vireline::ReadFully(file.get(), offsets.size() * 4, reinterpret_cast<char*>(offsets.data()), &got);
+  offsets.resize(got / 4);
   return offsets;
 }
 

@@ -1,12 +1,14 @@
 // `vireline kv FILE [KEY]`: a key=value file's entries as the library reads
 // them (whitespace trimmed, quotes removed, duplicates kept), or one key's value.
 #include <cstdio>
+#include <memory>
 #include <string>
 
 #include <json/json.h>
 
 #include <vireline/vireline.h>
 
+#include "platform/Env.h"
 #include "tools/Commands.h"
 #include "tools/KeyValueDisplay.h"
 
@@ -45,18 +47,17 @@ void PrintEntries(const CFileIO& file) {
 // The number of the first line of `path` that holds a NUL byte (lines
 // counted at "\n"); 0 when none does or the file cannot be read.
 unsigned long FirstLineWithNul(const std::string& path) {
-  FILE* in = COrvoInterface::FOpen(path.c_str(), "r");
-  if (in == nullptr) return 0;
+  std::unique_ptr<vireline::SequentialFile> in;
+  if (!vireline::Env::Current()->NewSequentialFile(path, &in).ok()) return 0;
   unsigned long line = 1, found = 0;
   char block[4096];
-  size_t got;
-  while (found == 0 && (got = std::fread(block, 1, sizeof block, in)) > 0) {
+  size_t got = 0;
+  while (found == 0 && in->Read(sizeof block, block, &got).ok() && got > 0) {
     for (size_t i = 0; i < got && found == 0; ++i) {
       if (block[i] == '\0') found = line;
       if (block[i] == '\n') ++line;
     }
   }
-  COrvoInterface::FClose(in);
   return found;
 }
 

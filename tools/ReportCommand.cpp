@@ -2,6 +2,7 @@
 // the players did, rebuilt from their play logs: sessions, time per title and
 // activity, answers, progress and the device's own records.
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,7 @@
 
 #include <vireline/vireline.h>
 
+#include "platform/AtomicFile.h"
 #include "platform/Env.h"
 #include "tools/Commands.h"
 #include "tools/KeyValueDisplay.h"
@@ -199,9 +201,9 @@ int WritePage(const std::string& path, const std::string& page) {
     return kSuccess;
   }
   HostPaths host;
-  FILE* out = fopenAtomic(path.c_str(), "wb");
-  bool written = out != nullptr && std::fwrite(page.data(), 1, page.size(), out) == page.size();
-  if (out != nullptr && fcloseAtomic(out) != 0) written = false;
+  std::unique_ptr<vireline::WritableFile> out;
+  bool written = vireline::NewAtomicFile(path, false, &out).ok() && out->Append(page.data(), page.size()).ok();
+  if (out != nullptr && !out->Close().ok()) written = false;
   if (!written) {
     std::fprintf(stderr, "vireline report: %s: cannot be written\n", path.c_str());
     return kIoError;

@@ -9,6 +9,7 @@
 #define VIRELINE_TESTS_HARDENING_POWERLOSSENV_H_
 
 #include <map>
+#include <memory>
 #include <string>
 
 #include "platform/Env.h"
@@ -31,6 +32,9 @@ class PowerLossEnv : public vireline::EnvWrapper {
   // Forgets what was written and restores the power.
   void Forget();
 
+  vireline::Result NewWritableFile(const std::string& path, std::unique_ptr<vireline::WritableFile>* file) override;
+  vireline::Result NewExclusiveFile(const std::string& path, std::unique_ptr<vireline::WritableFile>* file) override;
+  vireline::Result NewRandomRWFile(const std::string& path, std::unique_ptr<vireline::RandomRWFile>* file) override;
   vireline::Result OpenStream(const std::string& path, const char* mode, FILE** stream) override;
   vireline::Result CloseStream(FILE* stream) override;
   vireline::Result SyncStream(FILE* stream) override;
@@ -58,6 +62,14 @@ class PowerLossEnv : public vireline::EnvWrapper {
   void Change(const std::string& path);
   bool Read(const std::string& path, std::string* content);
   void Write(const std::string& path, const std::string& content);
+
+  class SyncedWritableFile;
+  class SyncedRandomRWFile;
+
+  // Notes that `path` is about to be opened for writing; false when the power is cut.
+  bool OpeningForWrite(const std::string& path);
+  // Records the content of `path` as durable after a successful sync.
+  void Synced(const std::string& path);
 
   int mSteps = 0;
   int mCutAfter = -1;
