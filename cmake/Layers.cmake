@@ -35,7 +35,7 @@ set(VIRELINE_AREA_HEADERS_milestones CMilestones.h Dataset.h)
 
 # The sources of each area. A new file is added here by hand.
 set(VIRELINE_AREA_SOURCES_platform
-  AtomicFile.cpp DeviceRoot.cpp DeviceRootEnv.cpp DeviceStream.cpp Env.cpp FileDescriptor.cpp PlatformDebug.cpp
+  AtomicFile.cpp DeviceRoot.cpp DeviceRootEnv.cpp Env.cpp FileDescriptor.cpp PlatformDebug.cpp
   PlatformIdentity.cpp PlatformKernel.cpp PosixEnv.cpp PosixFiles.cpp Result.cpp ScratchOverlayEnv.cpp
   BufferedReader.cpp FormattedWrite.cpp StreamCalls.cpp)
 set(VIRELINE_AREA_SOURCES_files

@@ -7,9 +7,7 @@
 
 #include <atomic>
 #include <cerrno>
-#include <cstring>
-#include <map>
-#include <mutex>
+#include <cstdio>
 
 #include <vireline/Platform.h>
 
@@ -35,22 +33,21 @@ std::string TemporaryNameFor(const std::string& path) {
   return folder + "." + name + ".tmp" + std::to_string(::getpid()) + "." + std::to_string(counter++);
 }
 
-// Opens a fresh temporary file beside `target` with `open` (which must fail
-// with EEXIST for a name in use), trying new names on a clash.
-template <typename Open>
-Result OpenTemporary(const std::string& target, std::string* temporary, Open open) {
+// Opens a fresh temporary file beside `target`, trying new names on a clash:
+// never one left behind by someone else.
+Result OpenTemporary(Env* env, const std::string& target, std::string* temporary,
+                     std::unique_ptr<WritableFile>* file) {
   Result result;
   for (int attempt = 0; attempt < 100; ++attempt) {
     *temporary = TemporaryNameFor(target);
-    result = open(*temporary);
+    result = env->NewExclusiveFile(*temporary, file);
     if (result.error() != EEXIST) return result;
   }
   return result;
 }
 
-// Appending modes start from the current content of the target, handed to `write`.
-template <typename Write>
-Result CopyExistingContent(Env* env, const std::string& target, Write write) {
+// Appending writers start from the current content of the target.
+Result CopyExistingContent(Env* env, const std::string& target, WritableFile* out) {
   std::unique_ptr<SequentialFile> in;
   if (!env->NewSequentialFile(target, &in).ok()) return Result::Ok();  // nothing to keep
   char buffer[4096];
@@ -58,7 +55,7 @@ Result CopyExistingContent(Env* env, const std::string& target, Write write) {
     size_t count = 0;
     Result result = in->Read(sizeof buffer, buffer, &count);
     if (!result.ok() || count == 0) return result;
-    result = write(buffer, count);
+    result = out->Append(buffer, count);
     if (!result.ok()) return result;
   }
 }
@@ -125,64 +122,30 @@ Result NewAtomicFile(const std::string& path, bool append, std::unique_ptr<Writa
   PendingReplace replace;
   replace.target = path;
   std::unique_ptr<WritableFile> temporary;
-  Result result = OpenTemporary(path, &replace.temporary, [&](const std::string& name) {
-    return env->NewExclusiveFile(name, &temporary);
-  });
+  Result result = OpenTemporary(env, path, &replace.temporary, &temporary);
   if (!result.ok()) return result;
   std::unique_ptr<WritableFile> writer(new AtomicWritableFile(env, replace, std::move(temporary)));
   if (append) {
-    result = CopyExistingContent(env, path, [&](const char* data, size_t size) { return writer->Append(data, size); });
+    result = CopyExistingContent(env, path, writer.get());
     if (!result.ok()) return result;  // the writer's destruction removes the temporary file
   }
   *file = std::move(writer);
   return Result::Ok();
 }
 
-// fopenAtomic and fcloseAtomic hand clients a C stream; the pending replace
-// of each stream is looked up when the client commits it.
 namespace {
 
-struct Registry {
-  std::mutex mutex;
-  std::map<FILE*, PendingReplace> pending;
-};
-
-Registry& Pending() {
-  static Registry* registry = new Registry;  // never destroyed: used until exit
-  return *registry;
+// fopenAtomic hands clients a C stream over the same atomic writer: what the
+// client writes goes to the writer, and closing the stream commits it, so no
+// lookup from a stream to its replace is needed.
+ssize_t WriteToAtomicFile(void* cookie, const char* data, size_t size) {
+  // A stream's write function reports a failure as nothing written.
+  return static_cast<WritableFile*>(cookie)->Append(data, size).ok() ? static_cast<ssize_t>(size) : 0;
 }
 
-// Takes `stream` out of the pending replaces; false when fopenAtomic did not open it.
-bool TakePending(FILE* stream, PendingReplace* replace) {
-  Registry& registry = Pending();
-  std::lock_guard<std::mutex> lock(registry.mutex);
-  auto found = registry.pending.find(stream);
-  if (found == registry.pending.end()) return false;
-  *replace = found->second;
-  registry.pending.erase(found);
-  return true;
-}
-
-FILE* OpenTemporaryStream(Env* env, const std::string& target, bool append, bool update, std::string* temporary) {
-  std::string mode = append ? "a" : "w";
-  if (update) mode += "+";
-  mode += "x";  // never adopt a file left behind by someone else
-  FILE* stream = nullptr;
-  Result result = OpenTemporary(target, temporary, [&](const std::string& name) {
-    return env->OpenStream(name, mode.c_str(), &stream);
-  });
-  return result.ok() ? stream : nullptr;
-}
-
-Result WriteToStream(FILE* stream, const char* data, size_t size) {
-  return std::fwrite(data, 1, size, stream) == size ? Result::Ok() : Result::Error(EIO);
-}
-
-Result CommitStream(Env* env, FILE* stream, const PendingReplace& replace) {
-  // A write that failed earlier leaves the stream's error indicator set.
-  Result synced = std::ferror(stream) ? Result::Error(EIO, replace.target) : env->SyncStream(stream);
-  Result closed = env->CloseStream(stream);
-  return FinishReplace(env, synced.ok() ? closed : synced, replace);
+int CloseAtomicFile(void* cookie) {
+  std::unique_ptr<WritableFile> writer(static_cast<WritableFile*>(cookie));
+  return writer->Close().ok() ? 0 : -1;
 }
 
 }  // namespace
@@ -191,36 +154,28 @@ Result CommitStream(Env* env, FILE* stream, const PendingReplace& replace) {
 FILE* fopenAtomic(const char* path, const char* mode) {
   using namespace vireline;
   if (path == nullptr || mode == nullptr || (mode[0] != 'w' && mode[0] != 'a')) {
-    errno = EINVAL;
+    errno = EINVAL;  // as fopen reports a mode it does not know
     return nullptr;
   }
-  Env* env = Env::Current();
-  bool append = mode[0] == 'a';
-  PendingReplace replace;
-  replace.target = path;
-  FILE* stream = OpenTemporaryStream(env, replace.target, append, std::strchr(mode, '+') != nullptr,
-                                     &replace.temporary);
+  std::unique_ptr<WritableFile> writer;
+  if (!NewAtomicFile(path, mode[0] == 'a', &writer).ok()) return nullptr;
+  cookie_io_functions_t functions = {nullptr, WriteToAtomicFile, nullptr, CloseAtomicFile};
+  // "w": an appending writer already holds the old content.
+  FILE* stream = ::fopencookie(writer.get(), "w", functions);
   if (stream == nullptr) return nullptr;
-  if (append && !CopyExistingContent(env, replace.target, [&](const char* data, size_t size) {
-        return WriteToStream(stream, data, size);
-      }).ok()) {
-    env->CloseStream(stream);
-    env->RemoveFile(replace.temporary);
-    return nullptr;
-  }
-  Registry& registry = Pending();
-  std::lock_guard<std::mutex> lock(registry.mutex);
-  registry.pending[stream] = replace;
+  writer.release();  // the stream's close deletes it
+  // Unbuffered: the writer buffers, and a failed byte shows at the call that wrote it.
+  std::setvbuf(stream, nullptr, _IONBF, 0);
   return stream;
 }
 
 int fcloseAtomic(FILE* stream) {
   using namespace vireline;
   if (stream == nullptr) return EOF;
-  PendingReplace replace;
-  if (!TakePending(stream, &replace)) {
+  // Streams over a file descriptor are not fopenAtomic's: nothing is committed.
+  if (::fileno(stream) >= 0) {
     Env::Current()->CloseStream(stream);
-    return EOF;  // not a stream fopenAtomic opened: nothing was committed
+    return EOF;
   }
-  return CommitStream(Env::Current(), stream, replace).ok() ? 0 : EOF;
+  return std::fclose(stream) == 0 ? 0 : EOF;
 }

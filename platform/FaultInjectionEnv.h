@@ -7,7 +7,6 @@
 
 #include <cerrno>
 #include <cstdint>
-#include <map>
 #include <mutex>
 
 #include "platform/Env.h"
@@ -21,9 +20,6 @@ class FaultInjectionEnv : public EnvWrapper {
     kChangeMode, kListDir, kSyncDir, kStatFs, kRunCommand, kSocket, kConnect, kSend,
     kReceive, kOpCount
   };
-
-  // A stream handed out by OpenStream: its I/O reaches `inner` through the checks.
-  struct WrappedStream;
 
   // Wraps `target`; no fault is armed.
   explicit FaultInjectionEnv(Env* target);
@@ -87,8 +83,6 @@ class FaultInjectionEnv : public EnvWrapper {
     int error = EIO;
     bool once = false;
   };
-  FILE* Inner(FILE* stream);
-
   // Runs `call` unless the fault armed for `op` fires.
   template <typename Call>
   Result Guard(Op op, Call call);
@@ -96,7 +90,6 @@ class FaultInjectionEnv : public EnvWrapper {
   mutable std::mutex mMutex;
   Fault mFaults[kOpCount];
   int mCalls[kOpCount] = {};
-  std::map<FILE*, WrappedStream*> mStreams;
   bool mFakeWallClock = false;
   int64_t mWallClockSeconds = 0;
   bool mFakeNowMicros = false;
