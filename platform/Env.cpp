@@ -101,14 +101,6 @@ Result EnvWrapper::OpenStream(const std::string& path, const char* mode, FILE** 
   return mTarget->OpenStream(path, mode, stream);
 }
 Result EnvWrapper::CloseStream(FILE* stream) { return mTarget->CloseStream(stream); }
-Result EnvWrapper::SyncStream(FILE* stream) { return mTarget->SyncStream(stream); }
-Result EnvWrapper::EraseFlash(FILE* stream, uint32_t offset, uint32_t length) {
-  return mTarget->EraseFlash(stream, offset, length);
-}
-
-Result EnvWrapper::AppendToStream(FILE* stream, const void* data, size_t size) {
-  return mTarget->AppendToStream(stream, data, size);
-}
 Result EnvWrapper::Stat(const std::string& path, FileInfo* info) { return mTarget->Stat(path, info); }
 Result EnvWrapper::LinkStat(const std::string& path, FileInfo* info) { return mTarget->LinkStat(path, info); }
 Result EnvWrapper::MakeDir(const std::string& path, uint32_t mode) { return mTarget->MakeDir(path, mode); }

@@ -141,18 +141,6 @@ class Env {
   // Closes a stream this environment opened.
   virtual Result CloseStream(FILE* stream) = 0;
 
-  // Flushes a stream and makes its data durable.
-  virtual Result SyncStream(FILE* stream) = 0;
-
-  // Erases `length` bytes at `offset` of a flash partition open in `stream`
-  // (MEMERASE); on a plain file standing in for one, writes 0xFF bytes.
-  virtual Result EraseFlash(FILE* stream, uint32_t offset, uint32_t length) = 0;
-
-  // Writes `size` bytes at the end of the file open in `stream`, on which no
-  // I/O has been done yet, with one seek and one write: seeking a C stream to
-  // its end asks for the file size first, which doubles the cost of small logs.
-  virtual Result AppendToStream(FILE* stream, const void* data, size_t size) = 0;
-
   // True when `path` opens for reading; the file is closed again at once.
   virtual bool OpensForReading(const std::string& path);
 
@@ -246,9 +234,6 @@ class EnvWrapper : public Env {
   Result NewRandomRWFile(const std::string& path, std::unique_ptr<RandomRWFile>* file) override;
   Result OpenStream(const std::string& path, const char* mode, FILE** stream) override;
   Result CloseStream(FILE* stream) override;
-  Result SyncStream(FILE* stream) override;
-  Result EraseFlash(FILE* stream, uint32_t offset, uint32_t length) override;
-  Result AppendToStream(FILE* stream, const void* data, size_t size) override;
   Result Stat(const std::string& path, FileInfo* info) override;
   Result LinkStat(const std::string& path, FileInfo* info) override;
   Result MakeDir(const std::string& path, uint32_t mode) override;

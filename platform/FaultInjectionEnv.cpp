@@ -101,8 +101,8 @@ Result FaultInjectionEnv::NewRandomRWFile(const std::string& path, std::unique_p
   }, NewFaultRandomRWFile);
 }
 
-// A client's C stream: its opens, syncs, erases, appends and closes are
-// checked; the bytes it moves itself are the client's own.
+// A client's C stream: its open and close are checked; the bytes it moves
+// itself are the client's own.
 Result FaultInjectionEnv::OpenStream(const std::string& path, const char* mode, FILE** stream) {
   *stream = nullptr;
   return Guard(kOpen, [&] { return target()->OpenStream(path, mode, stream); });
@@ -113,18 +113,6 @@ Result FaultInjectionEnv::CloseStream(FILE* stream) {
   Result injected = Check(kClose);
   Result closed = target()->CloseStream(stream);
   return injected.ok() ? closed : injected;
-}
-
-Result FaultInjectionEnv::SyncStream(FILE* stream) {
-  return Guard(kSync, [&] { return target()->SyncStream(stream); });
-}
-
-Result FaultInjectionEnv::EraseFlash(FILE* stream, uint32_t offset, uint32_t length) {
-  return Guard(kErase, [&] { return target()->EraseFlash(stream, offset, length); });
-}
-
-Result FaultInjectionEnv::AppendToStream(FILE* stream, const void* data, size_t size) {
-  return Guard(kWrite, [&] { return target()->AppendToStream(stream, data, size); });
 }
 
 Result FaultInjectionEnv::Stat(const std::string& path, FileInfo* info) {

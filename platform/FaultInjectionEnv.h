@@ -53,9 +53,6 @@ class FaultInjectionEnv : public EnvWrapper {
   Result NewRandomRWFile(const std::string& path, std::unique_ptr<RandomRWFile>* file) override;
   Result OpenStream(const std::string& path, const char* mode, FILE** stream) override;
   Result CloseStream(FILE* stream) override;
-  Result SyncStream(FILE* stream) override;
-  Result EraseFlash(FILE* stream, uint32_t offset, uint32_t length) override;
-  Result AppendToStream(FILE* stream, const void* data, size_t size) override;
   Result Stat(const std::string& path, FileInfo* info) override;
   Result LinkStat(const std::string& path, FileInfo* info) override;
   Result MakeDir(const std::string& path, uint32_t mode) override;

@@ -69,15 +69,6 @@ class PosixEnv : public Env {
 
   Result CloseStream(FILE* stream) override { return OkUnless(std::fclose(stream) != 0); }
 
-  Result SyncStream(FILE* stream) override {
-    if (std::fflush(stream) != 0) return PosixError();
-    return OkUnless(::fsync(::fileno(stream)) != 0);
-  }
-
-  Result AppendToStream(FILE* stream, const void* data, size_t size) override {
-    return AppendToDescriptor(::fileno(stream), data, size, std::string());
-  }
-
   // Without waiting: a FIFO where a file is looked for must not stop the lookup.
   bool OpensForReading(const std::string& path) override {
     int fd = ::open64(path.c_str(), O_RDONLY | O_NONBLOCK);
@@ -92,11 +83,6 @@ class PosixEnv : public Env {
     AppendToDescriptor(fd, data, size, path);
     ::close(fd);
     return Result::Ok();
-  }
-
-  Result EraseFlash(FILE* stream, uint32_t offset, uint32_t length) override {
-    if (std::fflush(stream) != 0) return PosixError();
-    return EraseDescriptor(::fileno(stream), offset, length, std::string());
   }
 
   Result Stat(const std::string& path, FileInfo* info) override {

@@ -168,29 +168,11 @@ void PowerLossEnv::Change(const std::string& path) {
   name.content = name.existed ? synced->second : std::string();
 }
 
+// A client's stream opened for writing: a new file's name waits for a folder
+// sync like any other; the bytes it writes are never synced by the library.
 Result PowerLossEnv::OpenStream(const std::string& path, const char* mode, FILE** stream) {
   if (Writes(mode) && !OpeningForWrite(path)) return Result::Error(EIO);
-  Result result = target()->OpenStream(path, mode, stream);
-  if (result.ok()) mStreams[*stream] = path;
-  return result;
-}
-
-Result PowerLossEnv::CloseStream(FILE* stream) {
-  mStreams.erase(stream);
-  return target()->CloseStream(stream);
-}
-
-Result PowerLossEnv::SyncStream(FILE* stream) {
-  if (!Step()) return Result::Error(EIO);
-  Result result = target()->SyncStream(stream);
-  auto found = mStreams.find(stream);
-  if (result.ok() && found != mStreams.end()) Synced(found->second);
-  return result;
-}
-
-Result PowerLossEnv::AppendToStream(FILE* stream, const void* data, size_t size) {
-  if (!PowerOn()) return Result::Error(EIO);
-  return target()->AppendToStream(stream, data, size);
+  return target()->OpenStream(path, mode, stream);
 }
 
 Result PowerLossEnv::AppendToFile(const std::string& path, const void* data, size_t size) {

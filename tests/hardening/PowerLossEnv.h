@@ -36,9 +36,6 @@ class PowerLossEnv : public vireline::EnvWrapper {
   vireline::Result NewExclusiveFile(const std::string& path, std::unique_ptr<vireline::WritableFile>* file) override;
   vireline::Result NewRandomRWFile(const std::string& path, std::unique_ptr<vireline::RandomRWFile>* file) override;
   vireline::Result OpenStream(const std::string& path, const char* mode, FILE** stream) override;
-  vireline::Result CloseStream(FILE* stream) override;
-  vireline::Result SyncStream(FILE* stream) override;
-  vireline::Result AppendToStream(FILE* stream, const void* data, size_t size) override;
   vireline::Result AppendToFile(const std::string& path, const void* data, size_t size) override;
   vireline::Result RemoveFile(const std::string& path) override;
   vireline::Result Rename(const std::string& from, const std::string& to) override;
@@ -75,7 +72,6 @@ class PowerLossEnv : public vireline::EnvWrapper {
   int mCutAfter = -1;
   std::map<std::string, std::string> mSynced;  // durable data of the file now at each path
   std::map<std::string, DurableName> mNames;
-  std::map<FILE*, std::string> mStreams;
 };
 
 #endif  // VIRELINE_TESTS_HARDENING_POWERLOSSENV_H_
