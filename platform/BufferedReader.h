@@ -3,6 +3,7 @@
 #ifndef VIRELINE_PLATFORM_BUFFEREDREADER_H_
 #define VIRELINE_PLATFORM_BUFFEREDREADER_H_
 
+#include <memory>
 #include <string>
 
 #include "platform/Env.h"
@@ -39,7 +40,8 @@ class BufferedReader {
   bool Refill() { return Fill(1); }
 
   SequentialFile* mFile;
-  std::string mBlock;
+  std::unique_ptr<char[]> mBlock;  // not cleared: only bytes read are looked at
+  size_t mSize;
   size_t mAt = 0;
   size_t mEnd = 0;
   bool mDone = false;

@@ -28,10 +28,12 @@ Result ReadFully(SequentialFile* file, size_t n, char* scratch, size_t* got) {
 
 Result ReadToString(SequentialFile* file, size_t limit, std::string* bytes) {
   bytes->clear();
-  const size_t kStep = 65536;
+  // Small files are the common case: the step starts small and doubles.
+  size_t step = 4096;
   while (bytes->size() < limit) {
     size_t at = bytes->size();
-    size_t want = limit - at < kStep ? limit - at : kStep;
+    size_t want = limit - at < step ? limit - at : step;
+    if (step < 1024 * 1024) step *= 2;
     bytes->resize(at + want);
     size_t got = 0;
     Result result = ReadFully(file, want, &(*bytes)[at], &got);
