@@ -1,13 +1,13 @@
 // The BaseUtils singleton, its file and folder helpers and the folder walker.
 #include <vireline/BaseUtils.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include <vireline/CFileUtils.h>
 #include <vireline/Platform.h>
 
-#include "platform/DeviceStream.h"
 #include "platform/Env.h"
 
 BaseUtils* BaseUtils::mInstance = nullptr;
@@ -61,7 +61,8 @@ bool BaseUtils::DirectoryExists(const CPath& path) { return FileIsDir(path); }
 bool BaseUtils::CreateDirectory(const CPath& path) { return CFileUtils::MkPath(path.c_str(), false); }
 
 bool BaseUtils::CreateFile(const CPath& path) {
-  if (vireline::DeviceStream(path.c_str(), "w").ok()) return true;
+  std::unique_ptr<vireline::WritableFile> created;
+  if (vireline::Env::Current()->NewWritableFile(path.c_str(), &created).ok()) return true;
   CPath parent = ParentOf(path);
   if (FileExists(parent)) {
     Assert(0, "VirelineJSON/Src/BaseUtils", 135, "failed to create file. %s\n", path.c_str());

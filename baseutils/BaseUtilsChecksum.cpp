@@ -4,35 +4,33 @@
 
 #include <zlib.h>
 
-#include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include <vireline/Platform.h>
 
+
 #include "baseutils/DebugModules.h"
-#include "platform/DeviceStream.h"
+#include "platform/AtomicFile.h"
 #include "platform/Env.h"
 #include "platform/LittleEndian.h"
 
 namespace {
 
-const size_t kReadBlockSize = 1024;
-// zlib's CRC runs at less than half speed when fed single 1024-byte blocks,
-// so blocks are gathered into a batch before each update.
-const size_t kBatchSize = 64 * kReadBlockSize;
+// zlib's CRC runs at less than half speed when fed small blocks, so each file
+// is read in large batches, one read each, and the CRC updated per batch.
+const size_t kBatchSize = 64 * 1024;
 const size_t kChecksumFileSize = 4;
 const char kChecksumSuffix[] = ".crc";
 const int kUnreadableFileLevel = 3;
 
 // One walk: the running CRC-32 in zlib's form (the register complemented, so
-// that a walk that reads nothing gives 0), the batch the blocks gather in,
-// and the buffer every file's stream reads ahead into: one large read per
-// batch instead of one per 4 KiB, and no buffer allocated per file.
+// that a walk that reads nothing gives 0) and the batch every file is read
+// into, allocated once per walk rather than per file.
 struct ChecksumWalk {
   uLong crc = crc32(0L, Z_NULL, 0);
-  std::vector<unsigned char> batch = std::vector<unsigned char>(kBatchSize);
-  std::vector<char> streamBuffer = std::vector<char>(kBatchSize);
+  std::vector<char> batch = std::vector<char>(kBatchSize);
 };
 
 // The text from the last "." of the whole path is ".crc": checksum files
@@ -44,24 +42,19 @@ bool IsChecksumFile(const CPath& path) {
 }
 
 void FeedFile(const CPath& path, ChecksumWalk* walk) {
-  vireline::DeviceStream file(path.c_str(), "rb");
-  if (!file.ok()) {
+  std::unique_ptr<vireline::SequentialFile> file;
+  if (!vireline::Env::Current()->NewSequentialFile(path.c_str(), &file).ok()) {
     PlatformDebug(vireline::kDataObjectsDebugModule)
         .DebugOut(kUnreadableFileLevel, "CalculateChecksumHelper unable to open file %s\n", path.c_str());
     return;
   }
-  std::setvbuf(file.get(), walk->streamBuffer.data(), _IOFBF, walk->streamBuffer.size());  // before any read
-  unsigned char* batch = walk->batch.data();
-  size_t filled = 0;
-  size_t count;
-  while ((count = std::fread(batch + filled, 1, kReadBlockSize, file.get())) > 0) {
-    filled += count;
-    if (filled + kReadBlockSize > kBatchSize) {
-      walk->crc = crc32(walk->crc, batch, static_cast<uInt>(filled));
-      filled = 0;
-    }
+  // A failed read ends the file like its end does: what was read counts.
+  for (;;) {
+    size_t count = 0;
+    vireline::ReadFully(file.get(), kBatchSize, walk->batch.data(), &count);
+    walk->crc = crc32(walk->crc, reinterpret_cast<const Bytef*>(walk->batch.data()), static_cast<uInt>(count));
+    if (count < kBatchSize) return;
   }
-  walk->crc = crc32(walk->crc, batch, static_cast<uInt>(filled));
 }
 
 void FeedEntry(const CPath& path, vireline::FileType type, ChecksumWalk* walk);
@@ -113,25 +106,26 @@ U32 BaseUtils::CalculateChecksum(const CPath& path, tFileSelect select) {
 }
 
 bool BaseUtils::WriteChecksum(const CPath& file, U32 value) {
-  FILE* out = fopenAtomic(file.c_str(), "wb");
-  if (out == nullptr) {
+  std::unique_ptr<vireline::WritableFile> out;
+  if (!vireline::NewAtomicFile(file.c_str(), false, &out).ok()) {
     Trace("BaseUtils::WriteChecksum unable to open file %s\n", file.c_str());
     return false;
   }
   unsigned char bytes[kChecksumFileSize];
   vireline::EncodeFixed32(bytes, value);
-  bool written = std::fwrite(bytes, 1, sizeof bytes, out) == sizeof bytes;
-  return fcloseAtomic(out) == 0 && written;
+  bool written = out->Append(bytes, sizeof bytes).ok();
+  return out->Close().ok() && written;
 }
 
 U32 BaseUtils::ReadChecksum(const CPath& file) {
-  vireline::DeviceStream in(file.c_str(), "rb");
-  if (!in.ok()) {
+  std::unique_ptr<vireline::SequentialFile> in;
+  if (!vireline::Env::Current()->NewSequentialFile(file.c_str(), &in).ok()) {
     Trace("BaseUtils::ReadChecksum unable to open file %s\n", file.c_str());
     return 0;
   }
   unsigned char bytes[kChecksumFileSize] = {0};
   // A shorter file leaves the bytes it lacks zero.
-  size_t count = std::fread(bytes, 1, sizeof bytes, in.get());
+  size_t count = 0;
+  vireline::ReadFully(in.get(), sizeof bytes, reinterpret_cast<char*>(bytes), &count);
   return count == 0 ? 0 : vireline::DecodeFixed32(bytes);
 }

@@ -1,13 +1,13 @@
 // Plain file and folder copies of BaseUtils, and the empty-profiles test.
 #include <vireline/BaseUtils.h>
 
-#include <cstdio>
+#include <memory>
 
 #include <vireline/Platform.h>
 
 #include "baseutils/UpperLayers.h"
 #include "platform/AtomicFile.h"
-#include "platform/DeviceStream.h"
+#include "platform/Env.h"
 
 namespace {
 
@@ -35,36 +35,39 @@ unsigned char CopyEntry(const CPath& path, void* context) {
 }  // namespace
 
 bool BaseUtils::CopyPNGFile(const CPath& source, const CPath& destination) {
-  vireline::DeviceStream in(source.c_str(), "rb");
-  vireline::DeviceStream out(destination.c_str(), "wb");
+  vireline::Env* env = vireline::Env::Current();
+  std::unique_ptr<vireline::SequentialFile> in;
+  std::unique_ptr<vireline::WritableFile> out;
+  env->NewSequentialFile(source.c_str(), &in);
+  env->NewWritableFile(destination.c_str(), &out);
   char buffer[kCopyStep];
   for (;;) {
     // An unreadable source yields no bytes, which counts as a finished copy.
-    size_t got = in.ok() ? fread(buffer, 1, sizeof buffer, in.get()) : 0;
+    size_t got = 0;
+    if (in != nullptr) vireline::ReadFully(in.get(), sizeof buffer, buffer, &got);
     if (got == 0) break;
-    if (!out.ok() || fwrite(buffer, 1, got, out.get()) != got) return false;
+    if (out == nullptr || !out->Append(buffer, got).ok()) return false;
   }
-  return !out.ok() || out.Close().ok();
+  return out == nullptr || out->Close().ok();
 }
 
 bool BaseUtils::CopyAtomicFile(const CPath& source, const CPath& destination) {
-  vireline::DeviceStream in(source.c_str(), "r");
-  if (!in.ok()) return false;
-  FILE* out = fopenAtomic(destination.c_str(), "w");
-  if (out == nullptr) return false;
+  std::unique_ptr<vireline::SequentialFile> in;
+  if (!vireline::Env::Current()->NewSequentialFile(source.c_str(), &in).ok()) return false;
+  std::unique_ptr<vireline::WritableFile> out;
+  if (!vireline::NewAtomicFile(destination.c_str(), false, &out).ok()) return false;
   char buffer[kCopyStep];
-  size_t got;
-  while ((got = fread(buffer, 1, sizeof buffer, in.get())) > 0) {
-    if (fwrite(buffer, 1, got, out) != got) break;
+  for (;;) {
+    size_t got = 0;
+    // Only a source read to its end, and written whole, may replace the
+    // destination; otherwise letting go of `out` abandons the replace.
+    if (!vireline::ReadFully(in.get(), sizeof buffer, buffer, &got).ok()) return false;
+    if (got == 0) break;
+    if (!out->Append(buffer, got).ok()) return false;
   }
-  // A read error ends the loop as the end of the file would: only a source
-  // read to its end, and closed cleanly, may replace the destination.
-  const bool sourceWhole = !ferror(in.get()) && !ferror(out);
-  if (!in.Close().ok() || !sourceWhole) {
-    vireline::AbandonAtomic(out);
-    return false;
-  }
-  return fcloseAtomic(out) == 0;
+  // A source that does not close cleanly may not have been read whole either.
+  if (!in->Close().ok()) return false;
+  return out->Close().ok();
 }
 
 bool BaseUtils::RecursiveCopy(const CPath& source, const CPath& destination) {

@@ -3,6 +3,7 @@
 #include <vireline/BaseUtils.h>
 
 #include <cstdio>
+#include <memory>
 
 #include <vireline/CFileIO.h>
 #include <vireline/CMfgData.h>
@@ -10,7 +11,7 @@
 
 #include "baseutils/DebugModules.h"
 #include "baseutils/UpperLayers.h"
-#include "platform/DeviceStream.h"
+#include "platform/Env.h"
 
 namespace {
 
@@ -36,9 +37,14 @@ const size_t kDevicePackageCount = sizeof kDevicePackages / sizeof kDevicePackag
 
 // The "%x" value of a sysfs file; 0 when it cannot be read.
 U32 ReadHex(const CPath& path) {
-  vireline::DeviceStream file(path.c_str(), "r");
+  std::unique_ptr<vireline::SequentialFile> file;
+  if (!vireline::Env::Current()->NewSequentialFile(path.c_str(), &file).ok()) return 0;
+  // A sysfs entry is one short line.
+  char text[256] = {};
+  size_t got = 0;
+  vireline::ReadFully(file.get(), sizeof text - 1, text, &got);
   unsigned int value = 0;
-  if (file.ok() && std::fscanf(file.get(), "%x", &value) != 1) value = 0;
+  if (std::sscanf(text, "%x", &value) != 1) value = 0;
   return value;
 }
 

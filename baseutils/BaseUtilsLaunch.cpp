@@ -4,10 +4,11 @@
 #include <vireline/BaseUtils.h>
 
 #include <cstdio>
+#include <memory>
 
 #include "baseutils/UpperLayers.h"
-#include "platform/DeviceStream.h"
 #include "platform/Env.h"
+#include "platform/FormattedWrite.h"
 
 namespace {
 
@@ -52,16 +53,16 @@ bool BaseUtils::HasPatch(const CPath& packagePath) {
 
 bool BaseUtils::SetPatch(const CPath& libraryPath, const CString& package) {
   tPlayerID player = vireline::upper::CurrentPlayerID();
-  vireline::DeviceStream wrapper(kWrapper, "w");
+  std::unique_ptr<vireline::WritableFile> wrapper;
   // The launcher finds no wrapper and starts the title plainly: nothing to report.
-  if (!wrapper.ok()) return true;
+  if (!vireline::Env::Current()->NewWritableFile(kWrapper, &wrapper).ok()) return true;
   if (!libraryPath.empty()) {
-    std::fprintf(wrapper.get(), "LD_LIBRARY_PATH=%s:$LD_LIBRARY_PATH AppManager %s %d\n", libraryPath.c_str(),
-                 package.c_str(), static_cast<int>(player));
+    vireline::AppendFormatted(wrapper.get(), "LD_LIBRARY_PATH=%s:$LD_LIBRARY_PATH AppManager %s %d\n",
+                              libraryPath.c_str(), package.c_str(), static_cast<int>(player));
   } else {
-    std::fprintf(wrapper.get(), "AppManager %s %d\n", package.c_str(), static_cast<int>(player));
+    vireline::AppendFormatted(wrapper.get(), "AppManager %s %d\n", package.c_str(), static_cast<int>(player));
   }
-  wrapper.Close();
+  wrapper->Close();
   vireline::Env::Current()->ChangeMode(kWrapper, kWrapperMode);
   return true;
 }

@@ -4,14 +4,16 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 
 #include "baseutils/UpperLayers.h"
 #include "platform/Env.h"
+#include "platform/FormattedWrite.h"
 
 namespace {
 
 struct TimeLogState {
-  FILE* stream = nullptr;
+  std::unique_ptr<vireline::WritableFile> stream;
   bool done = false;
   int64_t begin = 0;
   int64_t previous = 0;
@@ -29,8 +31,7 @@ void timelogbegin() {
   if (gTimeLog.done || gTimeLog.stream != nullptr) return;
   CPath path = vireline::upper::DataPath() + "/timelog.txt";
   vireline::Env* env = vireline::Env::Current();
-  if (!env->OpenStream(path.raw(), "w", &gTimeLog.stream).ok()) {
-    gTimeLog.stream = nullptr;
+  if (!env->NewWritableFile(path.raw(), &gTimeLog.stream).ok()) {
     fputs("Erp, can't open log file\n", stderr);
     return;
   }
@@ -40,16 +41,15 @@ void timelogbegin() {
 void timelog(const char* text) {
   if (gTimeLog.stream == nullptr || gTimeLog.done) return;
   int64_t now = vireline::Env::Current()->ProcessorClock();
-  fprintf(gTimeLog.stream, "%.3lf : %.3lf : %s\n", SecondsBetween(now, gTimeLog.begin),
-          SecondsBetween(now, gTimeLog.previous), text);
-  fflush(gTimeLog.stream);
+  vireline::AppendFormatted(gTimeLog.stream.get(), "%.3lf : %.3lf : %s\n", SecondsBetween(now, gTimeLog.begin),
+                            SecondsBetween(now, gTimeLog.previous), text);
+  gTimeLog.stream->Flush();
   gTimeLog.previous = now;
 }
 
 void timelogdone() {
   if (gTimeLog.stream == nullptr || gTimeLog.done) return;
-  fflush(gTimeLog.stream);
-  vireline::Env::Current()->CloseStream(gTimeLog.stream);
-  gTimeLog.stream = nullptr;
+  gTimeLog.stream->Close();
+  gTimeLog.stream.reset();
   gTimeLog.done = true;
 }

@@ -12,6 +12,7 @@
 #include <vireline/Platform.h>
 
 #include "baseutils/DebugModules.h"
+#include "logging/LogFilePreparation.h"
 #include "logging/LogRequests.h"
 #include "ltm/LowerLayerReads.h"
 #include "systemdata/SystemDataInternal.h"
@@ -73,7 +74,10 @@ void AppendAchievementEarned(unsigned short badge) { logging::AppendAchievementE
 
 void AppendNewUser(unsigned long userId) { logging::AppendNewUser(userId); }
 
-void InitLogFile(FILE* file, tPlayerID slot) { CLogFile::Instance()->InitLogFile(file, slot); }
+void InitLogFile(vireline::RandomRWFile* file, tPlayerID slot) {
+  CLogFile::Instance();  // the log manager is up before any of its files is prepared
+  vireline::PrepareLogFile(file, slot);
+}
 
 CString PackageVersion(const CPath& folder) { return LTM::CMetaInfo(folder).GetPackageVersion(); }
 

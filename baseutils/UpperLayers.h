@@ -11,6 +11,8 @@
 
 #include <vireline/Types.h>
 
+#include "platform/Env.h"
+
 struct LanguageInfo;
 
 namespace vireline {
@@ -101,7 +103,7 @@ void AppendAchievementEarned(unsigned short badge);
 void AppendNewUser(unsigned long userId);
 
 // Gives the open log file of `slot` a fresh header when it has none.
-void InitLogFile(FILE* file, tPlayerID slot);
+void InitLogFile(vireline::RandomRWFile* file, tPlayerID slot);
 
 // Device services.
 

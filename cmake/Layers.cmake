@@ -19,7 +19,7 @@ set(VIRELINE_AREA_USES_logging systemdata)
 set(VIRELINE_AREA_USES_milestones systemdata)
 
 # The public headers (include/vireline/) each area owns.
-set(VIRELINE_AREA_HEADERS_platform Export.h FileOpenWatch.h HostPaths.h Platform.h ScratchOverlay.h Types.h)
+set(VIRELINE_AREA_HEADERS_platform DeviceFiles.h Export.h FileOpenWatch.h HostPaths.h Platform.h ScratchOverlay.h Types.h)
 set(VIRELINE_AREA_HEADERS_files
   CFileIO.h CFileUtils.h CMetaInfFile.h COrvoInterface.h CProfileDscFile.h CSettingsCfgFile.h PkgPath.h)
 set(VIRELINE_AREA_HEADERS_mfg CMfgData.h)
@@ -35,9 +35,9 @@ set(VIRELINE_AREA_HEADERS_milestones CMilestones.h Dataset.h)
 
 # The sources of each area. A new file is added here by hand.
 set(VIRELINE_AREA_SOURCES_platform
-  AtomicFile.cpp DeviceRoot.cpp DeviceRootEnv.cpp DeviceStream.cpp Env.cpp FileDescriptor.cpp FileOpenWatch.cpp
-  HostPaths.cpp PlatformDebug.cpp PlatformIdentity.cpp PlatformKernel.cpp PosixEnv.cpp Result.cpp ScopedEnv.cpp
-  ScratchOverlay.cpp ScratchOverlayEnv.cpp)
+  AtomicFile.cpp BufferedReader.cpp DeviceFiles.cpp DeviceRoot.cpp DeviceRootEnv.cpp Env.cpp FileDescriptor.cpp FileOpenWatch.cpp
+  FormattedWrite.cpp HostPaths.cpp PlatformDebug.cpp PlatformIdentity.cpp PlatformKernel.cpp PosixEnv.cpp PosixFiles.cpp
+  Result.cpp ScopedEnv.cpp ScratchOverlay.cpp ScratchOverlayEnv.cpp StreamCalls.cpp)
 set(VIRELINE_AREA_SOURCES_files
   CFileIO.cpp CFileUtils.cpp CMetaInfFile.cpp COrvoInterface.cpp CPkgPathBase.cpp CProfileDscFile.cpp
   CSettingsCfgFile.cpp DirConfigTables.cpp DoomMarker.cpp UnreadableFiles.cpp)
@@ -120,6 +120,7 @@ target_link_libraries(vireline_core INTERFACE ${VIRELINE_OBJECTS}
 add_dependencies(vireline_core ${VIRELINE_AREA_TARGETS})
 
 # Test support that never ships: the fault-injecting platform.
-add_library(vireline_testsupport STATIC ${CMAKE_CURRENT_SOURCE_DIR}/platform/FaultInjectionEnv.cpp)
+add_library(vireline_testsupport STATIC ${CMAKE_CURRENT_SOURCE_DIR}/platform/FaultInjectionEnv.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/platform/FaultInjectionFiles.cpp)
 target_include_directories(vireline_testsupport PUBLIC ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/include)
 target_link_libraries(vireline_testsupport PUBLIC PkgConfig::GLIBMM Boost::headers)

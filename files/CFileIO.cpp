@@ -4,11 +4,17 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <string>
 
 #include <vireline/CFileUtils.h>
 #include <vireline/COrvoInterface.h>
 
 #include "files/UnreadableFiles.h"
+#include "platform/AtomicFile.h"
+#include "platform/BufferedReader.h"
+#include "platform/Env.h"
+#include "platform/StreamCalls.h"
 
 namespace {
 
@@ -302,15 +308,13 @@ bool NextPair(ReadLine readLine, char* buffer, char* (*strip)(char*), char*& key
   return false;
 }
 
-// Hands out the lines of a stream exactly as CFileIO::GetLine reads them (a
+// Hands out the lines of a file exactly as CFileIO::GetLine reads them (a
 // line ends at "\r" or "\n", empty lines are skipped, a line longer than the
-// buffer goes on as the next one), but takes the stream's text a line at a
-// time with getdelim instead of a character at a time: reading a file costs
-// the same reads of the stream and a fraction of the work.
+// buffer goes on as the next one), but takes the file's text in big blocks
+// and a line at a time from memory instead of a character at a time.
 class LineReader {
  public:
-  explicit LineReader(FILE* file) : mFile(file) {}
-  ~LineReader() { std::free(mText); }
+  explicit LineReader(vireline::BufferedReader* file) : mFile(file) {}
   LineReader(const LineReader&) = delete;
   LineReader& operator=(const LineReader&) = delete;
 
@@ -336,11 +340,11 @@ class LineReader {
   }
 
  private:
-  // Takes the stream's next line; false at its end.
+  // Takes the file's next line; false at its end.
   bool Refill() {
-    ssize_t read = mFile != nullptr ? getdelim(&mText, &mCapacity, '\n', mFile) : -1;
     mAt = 0;
-    mEnd = read > 0 ? static_cast<size_t>(read) : 0;
+    mEnd = mFile->ReadLine(&mLine) ? mLine.size() : 0;
+    mText = mLine.data();
     return mEnd != 0;
   }
 
@@ -355,12 +359,36 @@ class LineReader {
     return start[0] == '\n' ? 0 : available;
   }
 
-  FILE* mFile;
-  char* mText = nullptr;  // getdelim's buffer
-  size_t mCapacity = 0;
+  vireline::BufferedReader* mFile;
+  std::string mLine;
+  const char* mText = nullptr;  // mLine's bytes
   size_t mAt = 0;
   size_t mEnd = 0;
 };
+
+// Writes `line` to `file`; false (and a trace) when a byte of it fails.
+bool AppendLine(vireline::WritableFile* file, const char* line) {
+  if (file->Append(line, std::strlen(line)).ok()) return true;
+  COrvoInterface::Trace("CFileIO::WriteBuffer( %s ) - WRITE FAILURE.", line);
+  return false;
+}
+
+// The file Parse reads on this thread: the one Open lends it while it runs
+// Parse, else none, and Parse reads a client's stream in mpFile.
+thread_local vireline::BufferedReader* tParseSource = nullptr;
+
+class LentSource {
+ public:
+  explicit LentSource(vireline::BufferedReader* reader) : mPrevious(tParseSource) { tParseSource = reader; }
+  ~LentSource() { tParseSource = mPrevious; }
+  LentSource(const LentSource&) = delete;
+  LentSource& operator=(const LentSource&) = delete;
+
+ private:
+  vireline::BufferedReader* mPrevious;
+};
+
+const char kUtf8Bom[] = "\xEF\xBB\xBF";
 
 }  // namespace
 
@@ -387,17 +415,20 @@ bool CFileIO::Open(const char* path) {
   if (boundPath == nullptr) return false;
   Close();
   mpPath = boundPath;
-  mpFile = COrvoInterface::FOpen(mpPath, "r");
-  if (mpFile == nullptr) {
+  std::unique_ptr<vireline::SequentialFile> file;
+  if (!vireline::Env::Current()->NewSequentialFile(mpPath, &file).ok()) {
     // Only a missing file may be created afresh from an empty table; one that
     // exists but does not open (a flash read error, no permission) is kept.
     vireline::UnreadableFiles::Mark(this, !vireline::UnreadableFiles::IsMissing(mpPath));
     return false;
   }
-  Parse();
-  vireline::UnreadableFiles::Mark(this, std::ferror(mpFile) != 0);  // a read error cut the table short
-  COrvoInterface::FClose(mpFile);
-  mpFile = nullptr;
+  // mpFile stays null: Parse reads the file Open lends it.
+  vireline::BufferedReader reader(file.get());
+  {
+    LentSource lent(&reader);
+    Parse();
+  }
+  vireline::UnreadableFiles::Mark(this, !reader.status().ok());  // a read error cut the table short
   mDirty = 0;
   return true;
 }
@@ -590,12 +621,13 @@ bool CFileIO::Write() {
     COrvoInterface::FCloseAtomic(mpFile);
     mpFile = nullptr;
   }
-  mpFile = COrvoInterface::FOpenAtomic(mpPath, "w");
-  if (mpFile == nullptr) {
+  std::unique_ptr<vireline::WritableFile> file;
+  auto openAtomic = [&] { return mpPath != nullptr && vireline::NewAtomicFile(mpPath, false, &file).ok(); };
+  if (!openAtomic()) {
     CFileUtils::MkPath(mpPath, true);
-    mpFile = COrvoInterface::FOpenAtomic(mpPath, "w");
+    openAtomic();
   }
-  if (mpFile == nullptr) {
+  if (file == nullptr) {
     COrvoInterface::Trace("CFileIO::Write() - failed opening %s for writing.", mpPath ? mpPath : "(null)");
     return false;
   }
@@ -617,14 +649,12 @@ bool CFileIO::Write() {
       }
     }
     line.Put('\n');
-    written = WriteBuffer(line.text());
+    written = AppendLine(file.get(), line.text());
   }
-  // A failed byte leaves the stream's error indicator set, and the atomic
-  // close then keeps the old file.
-  int closed = COrvoInterface::FCloseAtomic(mpFile);
-  mpFile = nullptr;
+  // After a failed write the atomic close keeps the old file.
+  bool closed = file->Close().ok();
   mDirty = 0;
-  return written && closed == 0;
+  return written && closed;
 }
 
 tKeyValueEntry* CFileIO::PrepareEntry(const char* key) {
@@ -735,10 +765,8 @@ int CFileIO::GetLine(char* buffer, U32 size) {
     buffer[0] = '\0';
     return -1;
   }
-  // The stream is this object's own while it is read: no other thread takes
-  // its lock, so the characters are read without it.
   while (length + 1 < size) {
-    int c = getc_unlocked(mpFile);
+    int c = COrvoInterface::GetC(mpFile);
     if (c == EOF) break;
     if (c == '\r' || c == '\n') {
       if (length > 0) break;
@@ -777,11 +805,22 @@ bool CFileIO::WriteBuffer(const char* line) {
 }
 
 void CFileIO::Parse() {
-  CheckUtf8Bom();
+  vireline::BufferedReader* source = tParseSource;
+  std::unique_ptr<vireline::SequentialFile> stream;
+  std::unique_ptr<vireline::BufferedReader> streamReader;
+  if (source != nullptr) {
+    source->SkipPrefix(kUtf8Bom, 3);
+  } else {
+    if (mpFile == nullptr) return;
+    CheckUtf8Bom();
+    stream = vireline::NewStreamReader(mpFile);
+    streamReader.reset(new vireline::BufferedReader(stream.get()));
+    source = streamReader.get();
+  }
   char line[kLineSize];
   char* key = nullptr;
   char* value = nullptr;
-  LineReader reader(mpFile);
+  LineReader reader(source);
   auto readLine = [&] { return reader.Next(line, sizeof line); };
   while (NextPair(readLine, line, &CFileIO::StripWhitespace, key, value)) AppendParsed(key, value);
   if (mNumEntries != 0) CatchUpIndex(mpEntries, mNumEntries);

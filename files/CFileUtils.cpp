@@ -1,9 +1,12 @@
 #include <vireline/CFileUtils.h>
 
 #include <cstring>
+#include <memory>
 
 #include <vireline/COrvoInterface.h>
 #include <vireline/PkgPath.h>
+
+#include "platform/Env.h"
 
 namespace {
 
@@ -138,9 +141,9 @@ bool CFileUtils::MkPath(const char* path, bool isFilePath) {
 bool CFileUtils::Touch(const char* path) {
   tStatLite info;
   if (COrvoInterface::Stat(path, &info, false)) return info.type == kRegular;
-  FILE* stream = COrvoInterface::FOpen(path, "w");
-  if (stream == nullptr) return false;
-  return COrvoInterface::FClose(stream) == 0;
+  std::unique_ptr<vireline::WritableFile> file;
+  if (path == nullptr || !vireline::Env::Current()->NewWritableFile(path, &file).ok()) return false;
+  return file->Close().ok();
 }
 
 bool CFileUtils::IsDirEmpty(const char* path) {

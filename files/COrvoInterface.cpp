@@ -2,10 +2,12 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <memory>
 
 #include <vireline/Platform.h>
 
 #include "platform/Env.h"
+#include "platform/StreamCalls.h"
 
 using vireline::Env;
 using vireline::FileInfo;
@@ -37,15 +39,12 @@ FILE* COrvoInterface::FOpenAtomic(const char* path, const char* mode) { return f
 int COrvoInterface::FCloseAtomic(FILE* stream) { return fcloseAtomic(stream); }
 
 bool COrvoInterface::FSeek(FILE* stream, int32_t offset, int whence) {
-  return stream != nullptr && std::fseek(stream, offset, whence) == 0;
+  return vireline::SeekStream(stream, offset, whence);
 }
 
-int COrvoInterface::PutC(char c, FILE* stream) {
-  if (stream == nullptr) return EOF;
-  return std::putc(static_cast<unsigned char>(c), stream);
-}
+int COrvoInterface::PutC(char c, FILE* stream) { return vireline::PutStreamByte(static_cast<unsigned char>(c), stream); }
 
-int COrvoInterface::GetC(FILE* stream) { return stream == nullptr ? EOF : std::getc(stream); }
+int COrvoInterface::GetC(FILE* stream) { return vireline::GetStreamByte(stream); }
 
 bool COrvoInterface::Stat(const char* path, tStatLite* info, bool /*flag*/) {
   FileInfo fileInfo;
@@ -62,28 +61,28 @@ bool COrvoInterface::CpFile(const char* src, const char* dst, bool overwrite) {
   if (Stat(dst, &target, false)) {
     if (target.type != 1 || !overwrite || !MakeWritable(dst)) return false;
   }
-  FILE* in = FOpen(src, "r");
-  FILE* out = FOpen(dst, "w");
-  if (in == nullptr || out == nullptr) {
-    FClose(in);  // unlike older firmware, a stream that did open is not leaked
-    FClose(out);
-    return false;
-  }
+  Env* env = Env::Current();
+  std::unique_ptr<vireline::SequentialFile> in;
+  std::unique_ptr<vireline::WritableFile> out;
+  if (src != nullptr) env->NewSequentialFile(src, &in);
+  if (dst != nullptr) env->NewWritableFile(dst, &out);
+  if (in == nullptr || out == nullptr) return false;  // unlike older firmware, a file that did open is closed
   char block[512];
   size_t items;
   do {
-    items = std::fread(block, sizeof block, 1, in);
-    std::fwrite(block, items, 1, out);  // one byte per whole block, as the format always did
+    size_t got = 0;
+    vireline::ReadFully(in.get(), sizeof block, block, &got);
+    items = got == sizeof block ? 1 : 0;
+    out->Append(block, items);  // one byte per whole block, as the format always did
   } while (items != 0);
-  FClose(in);
-  FClose(out);
+  out->Close();
   return true;
 }
 
 bool COrvoInterface::RmFile(const char* path, bool flag) {
   if (flag) {
-    FILE* probe = FOpen(path, "r+");
-    FClose(probe);
+    std::unique_ptr<vireline::RandomRWFile> probe;
+    if (path != nullptr) Env::Current()->NewRandomRWFile(path, &probe);
     return false;
   }
   return MakeWritable(path) && Env::Current()->RemoveFile(path).ok();

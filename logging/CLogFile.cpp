@@ -8,6 +8,8 @@
 #include "files/UnreadableFiles.h"
 #include "logging/LogDebug.h"
 #include "logging/LogFilePreparation.h"
+#include <memory>
+
 #include "platform/Env.h"
 
 using vireline::Env;
@@ -59,9 +61,11 @@ void CLogFile::OpenFiles() {
       base->CreateFile(mPaths[slot]);
     }
   }
+  // The files are open only here; mFiles stays null for the layout older
+  // applications were built against.
+  std::unique_ptr<vireline::RandomRWFile> files[kSlotCount];
   for (int slot = 0; slot < kSlotCount; ++slot) {
-    if (!Env::Current()->OpenStream(mPaths[slot], "rb+", &mFiles[slot]).ok()) {
-      mFiles[slot] = nullptr;
+    if (!Env::Current()->NewRandomRWFile(mPaths[slot], &files[slot]).ok()) {
       vireline::LogDebug("Fatal Logging Error; logging will halt. Error finding the log resource %d: %s\n", slot,
                          mPaths[slot].c_str());
     }
@@ -69,17 +73,16 @@ void CLogFile::OpenFiles() {
   // Each file's size is measured while it is prepared, not a second time.
   mByteCount = 0;
   for (int slot = 0; slot < kSlotCount; ++slot) {
-    mByteCount += static_cast<uint32_t>(vireline::PrepareLogFile(mFiles[slot], slot));
+    mByteCount += static_cast<uint32_t>(vireline::PrepareLogFile(files[slot].get(), slot));
   }
   mCurrentProfile = kLoggingProfileNotSet;
-  CloseFiles();
+  for (auto& file : files) {
+    if (file != nullptr) file->Close();
+  }
 }
 
 void CLogFile::CloseFiles() {
-  for (FILE*& file : mFiles) {
-    if (file != nullptr) Env::Current()->CloseStream(file);
-    file = nullptr;
-  }
+  for (FILE*& file : mFiles) file = nullptr;  // never open outside OpenFiles
 }
 
 void CLogFile::SetCurrentProfile(tLoggingProfile profile) {

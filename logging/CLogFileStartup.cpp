@@ -15,6 +15,7 @@
 #include "logging/LogDebug.h"
 #include "logging/LogFilePreparation.h"
 #include "platform/Env.h"
+#include "platform/StreamCalls.h"
 
 namespace {
 
@@ -76,11 +77,23 @@ CLogData* FirmwareDebugInfo() {
 
 }  // namespace
 
-void CLogFile::InitLogFile(FILE* file, tPlayerID slot) { vireline::PrepareLogFile(file, slot); }
+void CLogFile::InitLogFile(FILE* file, tPlayerID slot) {
+  if (file != nullptr) vireline::PrepareLogFile(vireline::NewStreamFile(file).get(), slot);
+}
 
-unsigned long vireline::PrepareLogFile(FILE* file, tPlayerID slot) {
+namespace {
+
+// The size of `file`; 0 when it cannot be measured.
+unsigned long SizeOf(vireline::RandomRWFile* file) {
+  uint64_t size = 0;
+  return file->Size(&size).ok() ? static_cast<unsigned long>(size) : 0;
+}
+
+}  // namespace
+
+unsigned long vireline::PrepareLogFile(RandomRWFile* file, tPlayerID slot) {
   if (file == nullptr) return 0;
-  unsigned long size = FileSize(file);
+  unsigned long size = SizeOf(file);
   bool headerWritten = size < static_cast<unsigned long>(CLogHeader::kSize);
   if (headerWritten) {
     BaseUtils* base = BaseUtils::Instance();
@@ -90,17 +103,16 @@ unsigned long vireline::PrepareLogFile(FILE* file, tPlayerID slot) {
     header.SetPlatform(PlatformCode(type));
     header.SetDeviceSerialNum(serial.c_str());
     header.SetLogNum(static_cast<unsigned char>(slot));
-    std::rewind(file);
-    std::fwrite(header.GetBytes(), 1, CLogHeader::kSize, file);
+    file->Write(0, header.GetBytes(), CLogHeader::kSize);
   }
-  std::rewind(file);
   unsigned char bytes[CLogHeader::kSize];
-  size_t read = std::fread(bytes, 1, sizeof bytes, file);
+  size_t read = 0;
+  vireline::ReadFullyAt(file, 0, sizeof bytes, reinterpret_cast<char*>(bytes), &read);
   if (!CLogHeader(bytes, static_cast<int>(read)).IsValid()) {
     vireline::LogDebug("Fatal Logging Error. Log file header is invalid. Logging will halt.\n");
   }
   // Only a written header can have changed the size measured above.
-  return headerWritten ? FileSize(file) : size;
+  return headerWritten ? SizeOf(file) : size;
 }
 
 void CLogFile::LogInitialLogData() {

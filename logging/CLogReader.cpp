@@ -1,6 +1,7 @@
 #include <vireline/CLogReader.h>
 
 #include <cstring>
+#include <memory>
 
 #include <vireline/CLogData.h>
 #include <vireline/CLogFile.h>
@@ -14,6 +15,13 @@ using LogData::Vireline::kFieldString;
 using LogData::Vireline::tEventInfo;
 
 namespace {
+
+// The reader's file object is kept in the stream pointer's place, so that the
+// object keeps the layout applications were built against; the pointer is
+// never used as a stream.
+vireline::SequentialFile* FileIn(FILE* slot) { return reinterpret_cast<vireline::SequentialFile*>(slot); }
+
+FILE* SlotOf(vireline::SequentialFile* file) { return reinterpret_cast<FILE*>(file); }
 
 const unsigned kPlatformOffset = 44;
 
@@ -55,16 +63,17 @@ CLogReader::CLogReader(const CPath& path)
       mTorn(false),
       mDone(true),
       mTornOffset(0) {
-  if (!vireline::Env::Current()->OpenStream(path.raw(), "rb", &mStream).ok() || mStream == nullptr) {
-    mStream = nullptr;
-    return;
-  }
-  mFileSize = FileSize(mStream);
+  vireline::Env* env = vireline::Env::Current();
+  std::unique_ptr<vireline::SequentialFile> file;
+  if (!env->NewSequentialFile(path.raw(), &file).ok()) return;
+  vireline::FileInfo info;
+  if (env->Stat(path.raw(), &info).ok()) mFileSize = info.size;
+  mStream = SlotOf(file.release());
   ReadHeader();
 }
 
 CLogReader::~CLogReader() {
-  if (mStream != nullptr) vireline::Env::Current()->CloseStream(mStream);
+  delete FileIn(mStream);
   delete mpHeader;
 }
 
@@ -91,7 +100,10 @@ void CLogReader::ReadHeader() {
 
 bool CLogReader::ReadBytes(unsigned char* buffer, uint64_t count) {
   if (count == 0) return true;
-  if (mFileSize - mOffset < count || std::fread(buffer, 1, count, mStream) != count) return false;
+  if (mFileSize - mOffset < count) return false;
+  size_t got = 0;
+  vireline::ReadFully(FileIn(mStream), static_cast<size_t>(count), reinterpret_cast<char*>(buffer), &got);
+  if (got != count) return false;
   mOffset += count;
   return true;
 }

@@ -3,15 +3,15 @@
 #ifndef VIRELINE_LOGGING_LOGFILEPREPARATION_H_
 #define VIRELINE_LOGGING_LOGFILEPREPARATION_H_
 
-#include <cstdio>
-
 #include <vireline/CLogFile.h>
+
+#include "platform/Env.h"
 
 namespace vireline {
 
 // Gives a new or truncated log file its header and checks it; returns the
-// file's size afterwards (0 for a null handle), measured once for both.
-unsigned long PrepareLogFile(FILE* file, tPlayerID slot);
+// file's size afterwards (0 for a null file), measured once for both.
+unsigned long PrepareLogFile(RandomRWFile* file, tPlayerID slot);
 
 }  // namespace vireline
 

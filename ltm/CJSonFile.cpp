@@ -10,7 +10,9 @@
 #include <vireline/Platform.h>
 
 #include "baseutils/DebugModules.h"
-#include "platform/DeviceStream.h"
+#include "platform/AtomicFile.h"
+#include "platform/Env.h"
+#include "platform/FormattedWrite.h"
 #include "files/UnreadableFiles.h"
 
 namespace LTM {
@@ -34,28 +36,23 @@ void PrintLoadFailure(int level, const char* reason, const Glib::ustring& path) 
 
 // A silent attempt: a failure shows when the file is opened again for reading.
 void CreateDefaultFile(const Glib::ustring& path) {
-  vireline::DeviceStream out(path.c_str(), "wt");
-  if (out.ok()) std::fputs(kDefaultContent, out.get());
-}
-
-// The size of an open file, from its end position; -1 when it cannot be measured.
-long MeasureFile(FILE* stream) {
-  if (std::fseek(stream, 0, SEEK_END) != 0) return -1;
-  long size = std::ftell(stream);
-  std::rewind(stream);
-  return size;
-}
-
-// Sizes `bytes` for a document of `size` bytes (one byte for an unmeasurable
-// one); false when it is too large or memory is short.
-bool ReserveText(long size, std::string* bytes) {
-  if (size > kMaxDocumentSize) return false;
-  try {
-    bytes->resize(size < 0 ? 1 : static_cast<size_t>(size));
-  } catch (const std::bad_alloc&) {
-    return false;
+  std::unique_ptr<vireline::WritableFile> out;
+  if (vireline::Env::Current()->NewWritableFile(path.c_str(), &out).ok()) {
+    out->Append(kDefaultContent, std::strlen(kDefaultContent));
   }
-  return true;
+}
+
+// Reads the whole document into *bytes: its failure reason, or null.
+const char* ReadDocument(vireline::SequentialFile* in, std::string* bytes) {
+  try {
+    // One byte more than a document may hold tells a document too large.
+    vireline::Result read = vireline::ReadToString(in, static_cast<size_t>(kMaxDocumentSize) + 1, bytes);
+    if (bytes->size() > static_cast<size_t>(kMaxDocumentSize)) return "could not allocate memory";
+    if (!read.ok()) return "buffer size does not match reported size";
+  } catch (const std::bad_alloc&) {
+    return "could not allocate memory";
+  }
+  return nullptr;
 }
 
 }  // namespace
@@ -72,29 +69,25 @@ CJSonFile::~CJSonFile() { vireline::UnreadableFiles::Mark(this, false); }
 
 U32 CJSonFile::Load() {
   if (mRsrcPath.empty()) return kLoadFailed;
-  std::unique_ptr<vireline::DeviceStream> in(new vireline::DeviceStream(mRsrcPath.c_str(), "rt"));
+  vireline::Env* env = vireline::Env::Current();
+  std::unique_ptr<vireline::SequentialFile> in;
+  bool opened = env->NewSequentialFile(mRsrcPath.c_str(), &in).ok();
   // Only a missing file is created: one that is there but does not open (a
   // flash read error, no permission) is kept, and so is it by Save.
-  bool missing = !in->ok() && vireline::UnreadableFiles::IsMissing(mRsrcPath.c_str());
-  vireline::UnreadableFiles::Mark(this, !in->ok() && !missing);
+  bool missing = !opened && vireline::UnreadableFiles::IsMissing(mRsrcPath.c_str());
+  vireline::UnreadableFiles::Mark(this, !opened && !missing);
   if (missing && mCreateIfMissing != 0) {
     CreateDefaultFile(mRsrcPath);
-    in.reset(new vireline::DeviceStream(mRsrcPath.c_str(), "rt"));
+    opened = env->NewSequentialFile(mRsrcPath.c_str(), &in).ok();
   }
-  if (!in->ok()) {
+  if (!opened) {
     PrintLoadFailure(2, "filehandle was NULL", mRsrcPath);
     return kLoadFailed;
   }
-  long size = MeasureFile(in->get());
   std::string bytes;
-  if (!ReserveText(size, &bytes)) {
-    PrintLoadFailure(2, "could not allocate memory", mRsrcPath);
-    vireline::UnreadableFiles::Mark(this, true);
-    return kLoadFailed;
-  }
-  // An unmeasurable file reads as a short read: nothing arrives of "all" of it.
-  if (size < 0 || std::fread(&bytes[0], 1, static_cast<size_t>(size), in->get()) != static_cast<size_t>(size)) {
-    PrintLoadFailure(2, "buffer size does not match reported size", mRsrcPath);
+  const char* failure = ReadDocument(in.get(), &bytes);
+  if (failure != nullptr) {
+    PrintLoadFailure(2, failure, mRsrcPath);
     vireline::UnreadableFiles::Mark(this, true);
     return kLoadFailed;
   }
@@ -117,10 +110,10 @@ U32 CJSonFile::Save() {
   // leave a half-made replacement behind.
   Glib::ustring text = FastWriter().write(mRoot);
   if (text.empty()) return kSaveFailed;
-  FILE* out = fopenAtomic(mRsrcPath.c_str(), "w");
-  if (out == nullptr) return kSaveFailed;
-  bool written = std::fprintf(out, "%s\n", text.c_str()) >= 0;
-  bool committed = fcloseAtomic(out) == 0;
+  std::unique_ptr<vireline::WritableFile> out;
+  if (!vireline::NewAtomicFile(mRsrcPath.c_str(), false, &out).ok()) return kSaveFailed;
+  bool written = vireline::AppendFormatted(out.get(), "%s\n", text.c_str()).ok();
+  bool committed = out->Close().ok();
   return written && committed ? 0 : kSaveFailed;
 }
 

@@ -1,5 +1,6 @@
 #include <vireline/CSystem.h>
 
+#include <memory>
 #include <new>
 
 #include <vireline/BaseUtils.h>
@@ -8,7 +9,10 @@
 #include "baseutils/DebugModules.h"
 #include "baseutils/UpperLayers.h"
 #include "ltm/StreamExtraction.h"
-#include "platform/DeviceStream.h"
+#include "platform/AtomicFile.h"
+#include "platform/BufferedReader.h"
+#include "platform/Env.h"
+#include "platform/FormattedWrite.h"
 
 namespace LTM {
 namespace {
@@ -157,18 +161,20 @@ bool CSystem::SetRTCAccuracy(tRTCAccuracy accuracy) {
 }
 
 unsigned long CSystem::GetFRDebugLevel() {
-  vireline::DeviceStream file(kLogLevelFile, "r");
+  std::unique_ptr<vireline::SequentialFile> file;
   unsigned long level = kDefaultLogLevel;  // kept unless a number is read with the stream left good
-  if (file.ok()) vireline::ExtractUnsigned(file.get(), &level);
+  if (vireline::Env::Current()->NewSequentialFile(kLogLevelFile, &file).ok()) {
+    vireline::BufferedReader reader(file.get(), 4096);
+    vireline::ExtractUnsigned(&reader, &level);
+  }
   return level;
 }
 
 int CSystem::SetFRDebugLevel(unsigned long level) {
-  FILE* file = fopenAtomic(kLogLevelFile, "w");
-  if (file != nullptr) {
-    std::fprintf(file, "%lu\n", level);
-    std::fflush(file);
-    fcloseAtomic(file);  // an unwritable file is not reported: the level below still applies
+  std::unique_ptr<vireline::WritableFile> file;
+  if (vireline::NewAtomicFile(kLogLevelFile, false, &file).ok()) {
+    vireline::AppendFormatted(file.get(), "%lu\n", level);
+    file->Close();  // an unwritable file is not reported: the level below still applies
   }
   PlatformDebug(vireline::kMasterLevelDebugModule).SetMasterDebugLevel(static_cast<int>(level));
   return 0;

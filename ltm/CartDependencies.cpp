@@ -4,6 +4,7 @@
 // application.
 #include <vireline/CMetaInfo.h>
 
+#include <memory>
 #include <vector>
 
 #include <vireline/BaseUtils.h>
@@ -13,7 +14,8 @@
 #include "baseutils/UpperLayers.h"
 #include "ltm/CartDependencyTables.h"
 #include "ltm/StreamExtraction.h"
-#include "platform/DeviceStream.h"
+#include "platform/BufferedReader.h"
+#include "platform/Env.h"
 
 namespace LTM {
 namespace {
@@ -33,8 +35,10 @@ U32 Request(const Glib::ustring& id, const Glib::ustring& version, U32 requestBi
 // The installed firmware's version: the first word of "/etc/version"; empty
 // when the file cannot be read or holds no word.
 Glib::ustring InstalledFirmwareVersion() {
-  vireline::DeviceStream file(kVersionFile, "r");
-  return file.ok() ? Glib::ustring(vireline::ExtractWord(file.get(), kVersionWordLimit)) : Glib::ustring();
+  std::unique_ptr<vireline::SequentialFile> file;
+  if (!vireline::Env::Current()->NewSequentialFile(kVersionFile, &file).ok()) return Glib::ustring();
+  vireline::BufferedReader reader(file.get(), 4096);
+  return Glib::ustring(vireline::ExtractWord(&reader, kVersionWordLimit));
 }
 
 // A device that cannot tell its firmware version is treated as outdated, so

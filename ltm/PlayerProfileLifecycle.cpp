@@ -2,6 +2,7 @@
 // everything the player left on the device.
 #include <vireline/CPlayerProfile.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -10,7 +11,7 @@
 #include <vireline/COrvoInterface.h>
 
 #include "baseutils/UpperLayers.h"
-#include "platform/DeviceStream.h"
+#include "platform/Env.h"
 
 namespace LTM {
 namespace {
@@ -38,8 +39,8 @@ void ResetUploads(BaseUtils* utils, tPlayerID slot) {
   utils->RM(uploads + "profile.log");
   CPath log = uploads + "profile.log";
   utils->CreateFile(log);
-  vireline::DeviceStream file(log.c_str(), "rb+");
-  vireline::upper::InitLogFile(file.get(), slot);
+  std::unique_ptr<vireline::RandomRWFile> file;
+  if (vireline::Env::Current()->NewRandomRWFile(log.c_str(), &file).ok()) vireline::upper::InitLogFile(file.get(), slot);
 }
 
 }  // namespace

@@ -10,26 +10,26 @@ bool IsSpace(int c) { return c == ' ' || c == '\t' || c == '\n' || c == '\v' || 
 
 bool IsDigit(int c) { return c >= '0' && c <= '9'; }
 
-// The first byte that is not white space, or EOF.
-int SkipSpace(FILE* stream) {
-  int c = std::getc(stream);
-  while (IsSpace(c)) c = std::getc(stream);
+// The first byte that is not white space, or -1 at the end.
+int SkipSpace(BufferedReader* stream) {
+  int c = stream->GetByte();
+  while (IsSpace(c)) c = stream->GetByte();
   return c;
 }
 
 }  // namespace
 
-bool ExtractUnsigned(FILE* stream, unsigned long* value) {
+bool ExtractUnsigned(BufferedReader* stream, unsigned long* value) {
   int c = SkipSpace(stream);
   bool negative = false;
   if (c == '+' || c == '-') {
     negative = (c == '-');
-    c = std::getc(stream);
+    c = stream->GetByte();
   }
   unsigned long number = 0;
   bool anyDigit = false;
   bool overflow = false;
-  for (; IsDigit(c); c = std::getc(stream)) {
+  for (; IsDigit(c); c = stream->GetByte()) {
     anyDigit = true;
     unsigned long digit = static_cast<unsigned long>(c - '0');
     if (number > (ULONG_MAX - digit) / 10) overflow = true;
@@ -37,14 +37,14 @@ bool ExtractUnsigned(FILE* stream, unsigned long* value) {
   }
   // A number that runs into the end of the file raises end-of-file, which
   // leaves the stream not good although the number was read.
-  if (!anyDigit || overflow || c == EOF) return false;
+  if (!anyDigit || overflow || c < 0) return false;
   *value = negative ? 0UL - number : number;
   return true;
 }
 
-std::string ExtractWord(FILE* stream, size_t maxLength) {
+std::string ExtractWord(BufferedReader* stream, size_t maxLength) {
   std::string word;
-  for (int c = SkipSpace(stream); c != EOF && !IsSpace(c) && word.size() < maxLength; c = std::getc(stream)) {
+  for (int c = SkipSpace(stream); c >= 0 && !IsSpace(c) && word.size() < maxLength; c = stream->GetByte()) {
     word += static_cast<char>(c);
   }
   return word;

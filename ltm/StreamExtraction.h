@@ -1,12 +1,13 @@
-// Reading words and numbers from a C stream the way the device's older
+// Reading words and numbers from a file the way the device's older
 // firmware read its small system files with C++ input streams and scanf, so
 // that files it wrote (and files it could not read) give the same answers.
 #ifndef VIRELINE_LTM_STREAMEXTRACTION_H_
 #define VIRELINE_LTM_STREAMEXTRACTION_H_
 
 #include <cstddef>
-#include <cstdio>
 #include <string>
+
+#include "platform/BufferedReader.h"
 
 namespace vireline {
 
@@ -16,11 +17,11 @@ namespace vireline {
 // first other byte. True only when the stream would be left good: at least
 // one digit, no overflow, and the number not ended by the end of the file.
 // `value` is set only on success.
-bool ExtractUnsigned(FILE* stream, unsigned long* value);
+bool ExtractUnsigned(BufferedReader* stream, unsigned long* value);
 
 // The first white-space-delimited word of the stream, as scanf "%s" reads
 // it, cut after `maxLength` bytes; empty when the stream holds none.
-std::string ExtractWord(FILE* stream, size_t maxLength);
+std::string ExtractWord(BufferedReader* stream, size_t maxLength);
 
 }  // namespace vireline
 

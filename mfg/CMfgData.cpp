@@ -3,16 +3,17 @@
 
 #include <zlib.h>
 
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <new>
 
-#include "platform/DeviceStream.h"
-#include "platform/LittleEndian.h"
-#include "platform/Env.h"
+#include <memory>
+#include <string>
 
-using vireline::DeviceStream;
+#include "platform/BufferedReader.h"
+#include "platform/Env.h"
+#include "platform/LittleEndian.h"
+#include "platform/StreamCalls.h"
 
 CMfgData::CMfgData()
     : mpSource(nullptr), mpTarget(nullptr), mMfgMode(false), mChecksum0(-1), mChecksum1(-1) {}
@@ -20,24 +21,26 @@ CMfgData::CMfgData()
 CMfgData::~CMfgData() = default;
 
 int CMfgData::GetNorPartitionFilename(char* buffer, int index) {
-  DeviceStream mtd("/proc/mtd", "r");
-  if (!mtd.ok()) {
-    errno = mtd.result().error();
-    std::perror("GetNorPartitionFilename filed opening /proc/mtd");  // factory scripts match this text
+  std::unique_ptr<vireline::SequentialFile> mtd;
+  vireline::Result opened = vireline::Env::Current()->NewSequentialFile("/proc/mtd", &mtd);
+  if (!opened.ok()) {
+    vireline::PrintError("GetNorPartitionFilename filed opening /proc/mtd", opened);  // factory scripts match this text
     return kMfgPartitionNotFound;
   }
   char name[16];
   std::snprintf(name, sizeof name, "MfgData%d", index & 1);
-  char line[80];
-  // A read error ends the search like the end of the file does, instead of
-  // asking the same failing stream again and again.
-  while (std::fgets(line, sizeof line, mtd.get()) != nullptr) {
-    if (std::strstr(line, name) == nullptr) continue;
+  // Pieces of at most 79 bytes, as a line buffer of 80 takes them. A read
+  // error ends the search like the end of the file does, instead of asking
+  // the same failing file again and again.
+  vireline::BufferedReader reader(mtd.get(), 4096);
+  std::string line;
+  while (reader.ReadLine(&line, 79)) {
+    if (std::strstr(line.c_str(), name) == nullptr) continue;
     // "mtdN: ..." - only single-digit device numbers are supported.
-    if (buffer != nullptr) std::snprintf(buffer, 10, "/dev/mtd%c", line[3]);
+    if (buffer != nullptr) std::snprintf(buffer, 10, "/dev/mtd%c", line.size() > 3 ? line[3] : '\0');
     return kMfgSuccess;
   }
-  mtd.Close();
+  mtd.reset();
   std::fprintf(stderr, "GetNorPartitionFilename: Could not find %s in /proc/mtd\n", name);
   return kMfgPartitionNotFound;
 }
@@ -109,8 +112,7 @@ int CMfgData::SetMfgMode(bool on) {
   int exitStatus = -1;
   vireline::Result run = vireline::Env::Current()->RunCommand(command, &exitStatus);
   if (!run.ok() || exitStatus != 0) {
-    if (!run.ok()) errno = run.error();
-    std::perror("can't exec /usr/bin/mfgmode.sh");
+    vireline::PrintError("can't exec /usr/bin/mfgmode.sh", run);
     return kMfgNotInMfgMode;
   }
   mMfgMode = on;

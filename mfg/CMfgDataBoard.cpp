@@ -2,13 +2,14 @@
 // the stored one and the board's sysfs entries, and the component types.
 #include <vireline/CMfgData.h>
 
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 
-#include "platform/DeviceStream.h"
+#include <memory>
 
-using vireline::DeviceStream;
+#include "platform/Env.h"
+#include "platform/StreamCalls.h"
+
 
 namespace {
 
@@ -49,22 +50,28 @@ uint32_t ParseHex(const char* text, uint32_t fallback) {
 // Reads the board's id entry into *boardId (left alone when it holds no
 // number); false when the board has no such entry.
 bool ReadBoardId(uint32_t* boardId) {
-  DeviceStream stream(kBoardIdPath, "r");
-  if (!stream.ok()) return false;
+  std::unique_ptr<vireline::SequentialFile> file;
+  if (!vireline::Env::Current()->NewSequentialFile(kBoardIdPath, &file).ok()) return false;
   char text[11] = {};
-  if (std::fread(text, 1, 10, stream.get()) > 0) *boardId = ParseHex(text, *boardId);
+  size_t got = 0;
+  vireline::ReadFully(file.get(), 10, text, &got);
+  if (got > 0) *boardId = ParseHex(text, *boardId);
   return true;
 }
 
 // The platform code of serial positions 4-9.
 uint32_t PlatformCode(uint32_t boardId) {
-  DeviceStream stream(kPlatformPath, "r");
-  if (!stream.ok()) {
+  std::unique_ptr<vireline::SequentialFile> file;
+  if (!vireline::Env::Current()->NewSequentialFile(kPlatformPath, &file).ok()) {
     // Boards older than the platform entry tell their family by board id.
     return boardId >= 11 && boardId <= 13 ? 0x1E0001 : 0x170001;
   }
+  // The entry's first word; a sysfs entry is one short line.
+  char text[256] = {};
+  size_t got = 0;
+  vireline::ReadFully(file.get(), sizeof text - 1, text, &got);
   char word[64] = {};
-  if (std::fscanf(stream.get(), "%63s", word) != 1) return 0;
+  if (std::sscanf(text, "%63s", word) != 1) return 0;
   if (std::strcmp(word, "MIRA") == 0) return 0x210001;
   if (std::strcmp(word, "TARVESSA") == 0) return 0x220001;
   return 0;
@@ -117,14 +124,15 @@ int CMfgData::SetSerialNumber(const char* text) {
 
 int CMfgData::GetComponentType(int component, char* buffer, int n) {
   if (component != kMfgComponentLcd) return kMfgUnknownComponent;
-  DeviceStream stream(kLcdTypePath, "r");
-  if (!stream.ok()) {
-    errno = stream.result().error();
-    std::perror("Failed to open lcd sysfs entry");
+  std::unique_ptr<vireline::SequentialFile> file;
+  vireline::Result opened = vireline::Env::Current()->NewSequentialFile(kLcdTypePath, &file);
+  if (!opened.ok()) {
+    vireline::PrintError("Failed to open lcd sysfs entry", opened);
     return kMfgComponentUnavailable;
   }
   if (buffer == nullptr || n <= 0) return kMfgSuccess;
-  size_t count = std::fread(buffer, 1, static_cast<size_t>(n), stream.get());
+  size_t count = 0;
+  vireline::ReadFully(file.get(), static_cast<size_t>(n), buffer, &count);
   // Drops the entry's trailing newline; an empty entry gives an empty text
   // rather than a write before the caller's buffer.
   if (count < static_cast<size_t>(n)) buffer[count > 0 ? count - 1 : 0] = '\0';

@@ -5,12 +5,13 @@
 #include <vireline/Dataset.h>
 
 #include <cstring>
+#include <memory>
 #include <new>
 
 #include <vireline/Platform.h>
 
 #include "baseutils/DebugModules.h"
-#include "platform/DeviceStream.h"
+#include "platform/Env.h"
 
 namespace {
 
@@ -38,8 +39,9 @@ char* Allocate(uint32_t size, const std::string& path) {
 // (reported) when the file cannot be opened or ends early.
 bool ReadWhole(const std::string& path, char* buffer, uint32_t size) {
   if (path.empty()) return false;
-  vireline::DeviceStream file(path.c_str(), "rb");
-  size_t got = file.ok() ? std::fread(buffer, 1, size, file.get()) : 0;
+  std::unique_ptr<vireline::SequentialFile> file;
+  size_t got = 0;
+  if (vireline::Env::Current()->NewSequentialFile(path, &file).ok()) vireline::ReadFully(file.get(), size, buffer, &got);
   if (got != size) {
     Report("LoadDataset: read %u of the %u bytes of %s\n", static_cast<unsigned>(got), size, path.c_str());
     return false;

@@ -1,20 +1,15 @@
 // The one atomic-replace routine every writer uses: write a temporary file in
 // the target's folder, sync it, close it, rename it over the target and sync
 // the folder. Any failure removes the temporary file and keeps the old target.
+#include "platform/AtomicFile.h"
+
 #include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
-#include <cstring>
-#include <map>
-#include <mutex>
-#include <string>
+#include <cstdio>
 
 #include <vireline/Platform.h>
-
-#include "platform/AtomicFile.h"
-#include "platform/DeviceStream.h"
-#include "platform/Env.h"
 
 namespace vireline {
 namespace {
@@ -23,16 +18,6 @@ struct PendingReplace {
   std::string temporary;
   std::string target;
 };
-
-struct Registry {
-  std::mutex mutex;
-  std::map<FILE*, PendingReplace> pending;
-};
-
-Registry& Pending() {
-  static Registry* registry = new Registry;  // never destroyed: used until exit
-  return *registry;
-}
 
 std::string FolderOf(const std::string& path) {
   size_t slash = path.rfind('/');
@@ -48,40 +33,38 @@ std::string TemporaryNameFor(const std::string& path) {
   return folder + "." + name + ".tmp" + std::to_string(::getpid()) + "." + std::to_string(counter++);
 }
 
-// Appending modes start from the current content of the target.
-Result CopyExistingContent(const std::string& target, FILE* out) {
-  DeviceStream in(target.c_str(), "rb");
-  if (!in.ok()) return Result::Ok();  // nothing to keep
-  char buffer[4096];
-  size_t count;
+// Opens a fresh temporary file beside `target`, trying new names on a clash:
+// never one left behind by someone else.
+Result OpenTemporary(Env* env, const std::string& target, std::string* temporary,
+                     std::unique_ptr<WritableFile>* file) {
   Result result;
-  while (result.ok() && (count = std::fread(buffer, 1, sizeof buffer, in.get())) > 0) {
-    if (std::fwrite(buffer, 1, count, out) != count) result = Result::Error(EIO);
+  for (int attempt = 0; attempt < 100; ++attempt) {
+    *temporary = TemporaryNameFor(target);
+    result = env->NewExclusiveFile(*temporary, file);
+    if (result.error() != EEXIST) return result;
   }
-  if (std::ferror(in.get())) result = Result::Error(EIO);
   return result;
 }
 
-FILE* OpenTemporary(Env* env, const std::string& target, bool append, bool update,
-                    std::string* temporary) {
-  std::string mode = append ? "a" : "w";
-  if (update) mode += "+";
-  mode += "x";  // never adopt a file left behind by someone else
-  for (int attempt = 0; attempt < 100; ++attempt) {
-    *temporary = TemporaryNameFor(target);
-    FILE* stream = nullptr;
-    Result result = env->OpenStream(*temporary, mode.c_str(), &stream);
-    if (result.ok()) return stream;
-    if (result.error() != EEXIST) return nullptr;
+// Appending writers start from the current content of the target.
+Result CopyExistingContent(Env* env, const std::string& target, WritableFile* out) {
+  std::unique_ptr<SequentialFile> in;
+  if (!env->NewSequentialFile(target, &in).ok()) return Result::Ok();  // nothing to keep
+  char buffer[4096];
+  for (;;) {
+    size_t count = 0;
+    Result result = in->Read(sizeof buffer, buffer, &count);
+    if (!result.ok() || count == 0) return result;
+    result = out->Append(buffer, count);
+    if (!result.ok()) return result;
   }
-  return nullptr;
 }
 
-Result Commit(Env* env, FILE* stream, const PendingReplace& replace) {
-  // A write that failed earlier leaves the stream's error indicator set.
-  Result synced = std::ferror(stream) ? Result::Error(EIO) : env->SyncStream(stream);
-  Result closed = env->CloseStream(stream);
-  Result result = synced.ok() ? closed : synced;
+// The steps after the temporary file is synced and closed with outcome
+// `written`: the rename over the target and the sync of its folder, or the
+// removal of the temporary file.
+Result FinishReplace(Env* env, Result written, const PendingReplace& replace) {
+  Result result = written;
   if (result.ok()) result = env->Rename(replace.temporary, replace.target);
   if (!result.ok()) {
     env->RemoveFile(replace.temporary);
@@ -90,66 +73,109 @@ Result Commit(Env* env, FILE* stream, const PendingReplace& replace) {
   return env->SyncDir(FolderOf(replace.target));
 }
 
+// The writer NewAtomicFile hands out. The first failed write is kept and
+// makes Close abandon the replace.
+class AtomicWritableFile : public WritableFile {
+ public:
+  AtomicWritableFile(Env* env, const PendingReplace& replace, std::unique_ptr<WritableFile> temporary)
+      : mEnv(env), mReplace(replace), mTemporary(std::move(temporary)) {}
+
+  ~AtomicWritableFile() override {
+    if (mTemporary == nullptr) return;
+    mTemporary->Close();
+    mEnv->RemoveFile(mReplace.temporary);
+  }
+
+  Result Append(const void* data, size_t size) override { return Keep(Open() ? mTemporary->Append(data, size) : Closed()); }
+
+  Result Flush() override { return Keep(Open() ? mTemporary->Flush() : Closed()); }
+
+  Result Sync() override { return Keep(Open() ? mTemporary->Sync() : Closed()); }
+
+  Result Close() override {
+    if (!Open()) return Closed();
+    Result synced = mFailure.ok() ? mTemporary->Sync() : mFailure;
+    Result closed = mTemporary->Close();
+    mTemporary.reset();
+    return FinishReplace(mEnv, synced.ok() ? closed : synced, mReplace);
+  }
+
+ private:
+  bool Open() const { return mTemporary != nullptr; }
+  Result Closed() const { return Result::Error(EBADF, mReplace.target); }
+  Result Keep(Result result) {
+    if (mFailure.ok() && !result.ok()) mFailure = result;
+    return result;
+  }
+
+  Env* mEnv;
+  PendingReplace mReplace;
+  std::unique_ptr<WritableFile> mTemporary;
+  Result mFailure;
+};
+
+}  // namespace
+
+Result NewAtomicFile(const std::string& path, bool append, std::unique_ptr<WritableFile>* file) {
+  file->reset();
+  Env* env = Env::Current();
+  PendingReplace replace;
+  replace.target = path;
+  std::unique_ptr<WritableFile> temporary;
+  Result result = OpenTemporary(env, path, &replace.temporary, &temporary);
+  if (!result.ok()) return result;
+  std::unique_ptr<WritableFile> writer(new AtomicWritableFile(env, replace, std::move(temporary)));
+  if (append) {
+    result = CopyExistingContent(env, path, writer.get());
+    if (!result.ok()) return result;  // the writer's destruction removes the temporary file
+  }
+  *file = std::move(writer);
+  return Result::Ok();
+}
+
+namespace {
+
+// fopenAtomic hands clients a C stream over the same atomic writer: what the
+// client writes goes to the writer, and closing the stream commits it, so no
+// lookup from a stream to its replace is needed.
+ssize_t WriteToAtomicFile(void* cookie, const char* data, size_t size) {
+  // A stream's write function reports a failure as nothing written.
+  return static_cast<WritableFile*>(cookie)->Append(data, size).ok() ? static_cast<ssize_t>(size) : 0;
+}
+
+int CloseAtomicFile(void* cookie) {
+  std::unique_ptr<WritableFile> writer(static_cast<WritableFile*>(cookie));
+  return writer->Close().ok() ? 0 : -1;
+}
+
 }  // namespace
 }  // namespace vireline
 
 FILE* fopenAtomic(const char* path, const char* mode) {
   using namespace vireline;
   if (path == nullptr || mode == nullptr || (mode[0] != 'w' && mode[0] != 'a')) {
-    errno = EINVAL;
+    errno = EINVAL;  // as fopen reports a mode it does not know
     return nullptr;
   }
-  Env* env = Env::Current();
-  bool append = mode[0] == 'a';
-  PendingReplace replace;
-  replace.target = path;
-  FILE* stream = OpenTemporary(env, replace.target, append, std::strchr(mode, '+') != nullptr,
-                               &replace.temporary);
+  std::unique_ptr<WritableFile> writer;
+  if (!NewAtomicFile(path, mode[0] == 'a', &writer).ok()) return nullptr;
+  cookie_io_functions_t functions = {nullptr, WriteToAtomicFile, nullptr, CloseAtomicFile};
+  // "w": an appending writer already holds the old content.
+  FILE* stream = ::fopencookie(writer.get(), "w", functions);
   if (stream == nullptr) return nullptr;
-  if (append && !CopyExistingContent(replace.target, stream).ok()) {
-    env->CloseStream(stream);
-    env->RemoveFile(replace.temporary);
-    return nullptr;
-  }
-  Registry& registry = Pending();
-  std::lock_guard<std::mutex> lock(registry.mutex);
-  registry.pending[stream] = replace;
+  writer.release();  // the stream's close deletes it
+  // Unbuffered: the writer buffers, and a failed byte shows at the call that wrote it.
+  std::setvbuf(stream, nullptr, _IONBF, 0);
   return stream;
 }
-
-namespace vireline {
-namespace {
-
-// Takes `stream` out of the pending replaces; false when fopenAtomic did not open it.
-bool TakePending(FILE* stream, PendingReplace* replace) {
-  Registry& registry = Pending();
-  std::lock_guard<std::mutex> lock(registry.mutex);
-  auto found = registry.pending.find(stream);
-  if (found == registry.pending.end()) return false;
-  *replace = found->second;
-  registry.pending.erase(found);
-  return true;
-}
-
-}  // namespace
-
-void AbandonAtomic(FILE* stream) {
-  if (stream == nullptr) return;
-  PendingReplace replace;
-  Env* env = Env::Current();
-  env->CloseStream(stream);
-  if (TakePending(stream, &replace)) env->RemoveFile(replace.temporary);
-}
-
-}  // namespace vireline
 
 int fcloseAtomic(FILE* stream) {
   using namespace vireline;
   if (stream == nullptr) return EOF;
-  PendingReplace replace;
-  if (!TakePending(stream, &replace)) {
+  // Streams over a file descriptor are not fopenAtomic's: nothing is committed.
+  if (::fileno(stream) >= 0) {
     Env::Current()->CloseStream(stream);
-    return EOF;  // not a stream fopenAtomic opened: nothing was committed
+    return EOF;
   }
-  return Commit(Env::Current(), stream, replace).ok() ? 0 : EOF;
+  return std::fclose(stream) == 0 ? 0 : EOF;
 }

@@ -84,6 +84,32 @@ Result RefuseSpecialFile(Env* host, const std::string& hostPath) {
 }
 }  // namespace
 
+// Opens an existing file for `open` at the host path of `path`, refusing
+// special files first as OpenStream does for reading modes; failures name `path`.
+template <typename Open>
+Result DeviceRootEnv::OpenExisting(const std::string& path, Open open) {
+  return OnHostPath(path, [&](const std::string& host) {
+    if (!CurrentDeviceRoot().empty()) {
+      Result refused = RefuseSpecialFile(target(), host);
+      if (!refused.ok()) return refused.OnPath(path);
+    }
+    return open(host).OnPath(path);
+  });
+}
+
+Result DeviceRootEnv::NewSequentialFile(const std::string& path, std::unique_ptr<SequentialFile>* file) {
+  return OpenExisting(path, [&](const std::string& host) { return target()->NewSequentialFile(host, file); });
+}
+Result DeviceRootEnv::NewRandomRWFile(const std::string& path, std::unique_ptr<RandomRWFile>* file) {
+  return OpenExisting(path, [&](const std::string& host) { return target()->NewRandomRWFile(host, file); });
+}
+Result DeviceRootEnv::NewWritableFile(const std::string& path, std::unique_ptr<WritableFile>* file) {
+  return OnHostPath(path, [&](const std::string& host) { return target()->NewWritableFile(host, file).OnPath(path); });
+}
+Result DeviceRootEnv::NewExclusiveFile(const std::string& path, std::unique_ptr<WritableFile>* file) {
+  return OnHostPath(path, [&](const std::string& host) { return target()->NewExclusiveFile(host, file).OnPath(path); });
+}
+
 Result DeviceRootEnv::OpenStream(const std::string& path, const char* mode, FILE** stream) {
   *stream = nullptr;
   return OnHostPath(path, [&](const std::string& host) {

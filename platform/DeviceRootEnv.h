@@ -11,6 +11,10 @@ class DeviceRootEnv : public EnvWrapper {
   // Wraps `hostEnv`, which works on host paths.
   explicit DeviceRootEnv(Env* hostEnv) : EnvWrapper(hostEnv) {}
 
+  Result NewSequentialFile(const std::string& path, std::unique_ptr<SequentialFile>* file) override;
+  Result NewWritableFile(const std::string& path, std::unique_ptr<WritableFile>* file) override;
+  Result NewExclusiveFile(const std::string& path, std::unique_ptr<WritableFile>* file) override;
+  Result NewRandomRWFile(const std::string& path, std::unique_ptr<RandomRWFile>* file) override;
   Result OpenStream(const std::string& path, const char* mode, FILE** stream) override;
   bool OpensForReading(const std::string& path) override;
   Result AppendToFile(const std::string& path, const void* data, size_t size) override;
@@ -27,6 +31,10 @@ class DeviceRootEnv : public EnvWrapper {
   Result StatFs(const std::string& path, FsInfo* info) override;
   Result RunCommand(const std::string& command, int* exitStatus) override;
   Result ConnectLocalSocket(int socket, const std::string& path) override;
+
+ private:
+  template <typename Open>
+  Result OpenExisting(const std::string& path, Open open);
 };
 
 // `command` with its first word mapped into the device root when it is an

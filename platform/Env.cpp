@@ -10,6 +10,51 @@ std::atomic<Env*> gCurrentEnv{nullptr};
 }  // namespace
 
 Env::~Env() = default;
+SequentialFile::~SequentialFile() = default;
+WritableFile::~WritableFile() = default;
+RandomRWFile::~RandomRWFile() = default;
+
+Result ReadFully(SequentialFile* file, size_t n, char* scratch, size_t* got) {
+  *got = 0;
+  while (*got < n) {
+    size_t count = 0;
+    Result result = file->Read(n - *got, scratch + *got, &count);
+    if (!result.ok()) return result;
+    if (count == 0) break;
+    *got += count;
+  }
+  return Result::Ok();
+}
+
+Result ReadToString(SequentialFile* file, size_t limit, std::string* bytes) {
+  bytes->clear();
+  // Small files are the common case: the step starts small and doubles.
+  size_t step = 4096;
+  while (bytes->size() < limit) {
+    size_t at = bytes->size();
+    size_t want = limit - at < step ? limit - at : step;
+    if (step < 1024 * 1024) step *= 2;
+    bytes->resize(at + want);
+    size_t got = 0;
+    Result result = ReadFully(file, want, &(*bytes)[at], &got);
+    bytes->resize(at + got);
+    if (!result.ok()) return result;
+    if (got < want) break;
+  }
+  return Result::Ok();
+}
+
+Result ReadFullyAt(RandomRWFile* file, uint64_t offset, size_t n, char* scratch, size_t* got) {
+  *got = 0;
+  while (*got < n) {
+    size_t count = 0;
+    Result result = file->Read(offset + *got, n - *got, scratch + *got, &count);
+    if (!result.ok()) return result;
+    if (count == 0) break;
+    *got += count;
+  }
+  return Result::Ok();
+}
 
 Env* Env::Current() {
   Env* env = gCurrentEnv.load(std::memory_order_acquire);
@@ -19,18 +64,16 @@ Env* Env::Current() {
 void Env::SetCurrent(Env* env) { gCurrentEnv.store(env, std::memory_order_release); }
 
 bool Env::OpensForReading(const std::string& path) {
-  FILE* stream = nullptr;
-  if (!OpenStream(path, "r", &stream).ok()) return false;
-  CloseStream(stream);
-  return true;
+  std::unique_ptr<SequentialFile> file;
+  return NewSequentialFile(path, &file).ok();
 }
 
 Result Env::AppendToFile(const std::string& path, const void* data, size_t size) {
-  FILE* stream = nullptr;
-  Result opened = OpenStream(path, "rb+", &stream);
+  std::unique_ptr<RandomRWFile> file;
+  Result opened = NewRandomRWFile(path, &file);
   if (!opened.ok()) return opened;
-  AppendToStream(stream, data, size);
-  CloseStream(stream);
+  file->AppendAtEnd(data, size);
+  file->Close();
   return opened;
 }
 
@@ -44,18 +87,22 @@ bool IsSymbolicLink(const std::string& path) {
   return Env::Current()->LinkStat(path, &info).ok() && info.type == FileType::kSymbolicLink;
 }
 
+Result EnvWrapper::NewSequentialFile(const std::string& path, std::unique_ptr<SequentialFile>* file) {
+  return mTarget->NewSequentialFile(path, file);
+}
+Result EnvWrapper::NewWritableFile(const std::string& path, std::unique_ptr<WritableFile>* file) {
+  return mTarget->NewWritableFile(path, file);
+}
+Result EnvWrapper::NewExclusiveFile(const std::string& path, std::unique_ptr<WritableFile>* file) {
+  return mTarget->NewExclusiveFile(path, file);
+}
+Result EnvWrapper::NewRandomRWFile(const std::string& path, std::unique_ptr<RandomRWFile>* file) {
+  return mTarget->NewRandomRWFile(path, file);
+}
 Result EnvWrapper::OpenStream(const std::string& path, const char* mode, FILE** stream) {
   return mTarget->OpenStream(path, mode, stream);
 }
 Result EnvWrapper::CloseStream(FILE* stream) { return mTarget->CloseStream(stream); }
-Result EnvWrapper::SyncStream(FILE* stream) { return mTarget->SyncStream(stream); }
-Result EnvWrapper::EraseFlash(FILE* stream, uint32_t offset, uint32_t length) {
-  return mTarget->EraseFlash(stream, offset, length);
-}
-
-Result EnvWrapper::AppendToStream(FILE* stream, const void* data, size_t size) {
-  return mTarget->AppendToStream(stream, data, size);
-}
 Result EnvWrapper::Stat(const std::string& path, FileInfo* info) { return mTarget->Stat(path, info); }
 Result EnvWrapper::LinkStat(const std::string& path, FileInfo* info) { return mTarget->LinkStat(path, info); }
 Result EnvWrapper::MakeDir(const std::string& path, uint32_t mode) { return mTarget->MakeDir(path, mode); }

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,76 @@ struct FsInfo {
   uint64_t blocksAvailable = 0;  // to unprivileged users
 };
 
+// A file read from its start to its end.
+class SequentialFile {
+ public:
+  virtual ~SequentialFile();
+
+  // Reads up to `n` bytes into `scratch`; *got is 0 only at the end of the file.
+  virtual Result Read(size_t n, char* scratch, size_t* got) = 0;
+
+  // Closes the file; later calls fail. Destruction closes an open file too,
+  // for readers that need not learn whether the close failed.
+  virtual Result Close() = 0;
+};
+
+// A file written from its start (or its end, for appending modes).
+class WritableFile {
+ public:
+  virtual ~WritableFile();
+
+  // Adds `size` bytes; they may wait in a buffer until Flush, Sync or Close.
+  virtual Result Append(const void* data, size_t size) = 0;
+
+  // Hands buffered bytes to the operating system.
+  virtual Result Flush() = 0;
+
+  // Flushes and makes the data durable.
+  virtual Result Sync() = 0;
+
+  // Flushes and closes; later calls fail. Destruction closes an open file too.
+  virtual Result Close() = 0;
+};
+
+// A file read and written in place: play logs and flash partitions.
+class RandomRWFile {
+ public:
+  virtual ~RandomRWFile();
+
+  // The file's size in bytes.
+  virtual Result Size(uint64_t* size) = 0;
+
+  // Reads up to `n` bytes at `offset`; *got is 0 only at the end of the file.
+  virtual Result Read(uint64_t offset, size_t n, char* scratch, size_t* got) = 0;
+
+  // Writes all `size` bytes at `offset`.
+  virtual Result Write(uint64_t offset, const void* data, size_t size) = 0;
+
+  // Writes all `size` bytes at the end of the file with one seek and one
+  // write: play logs append a record this way, and asking for the size first
+  // would double the cost of a small log.
+  virtual Result AppendAtEnd(const void* data, size_t size) = 0;
+
+  // Erases `length` bytes at `offset` of a flash partition (MEMERASE); on a
+  // plain file standing in for one, writes 0xFF bytes.
+  virtual Result Erase(uint32_t offset, uint32_t length) = 0;
+
+  // Makes the data durable.
+  virtual Result Sync() = 0;
+
+  // Closes the file; later calls fail. Destruction closes an open file too.
+  virtual Result Close() = 0;
+};
+
+// Reads from `file` until `n` bytes or its end; *got says how many came.
+Result ReadFully(SequentialFile* file, size_t n, char* scratch, size_t* got);
+
+// Reads `file` to its end, but no more than `limit` bytes, into *bytes.
+Result ReadToString(SequentialFile* file, size_t limit, std::string* bytes);
+
+// Reads at `offset` of `file` until `n` bytes or its end; *got says how many came.
+Result ReadFullyAt(RandomRWFile* file, uint64_t offset, size_t n, char* scratch, size_t* got);
+
 class Env {
  public:
   virtual ~Env();
@@ -50,30 +121,31 @@ class Env {
   // The POSIX environment under Default, which takes host paths as they are.
   static Env* Host();
 
-  // Opens a C stream on `path` (fopen modes); failures leave *stream null.
+  // Opens `path` for reading from its start; failures leave *file null.
+  virtual Result NewSequentialFile(const std::string& path, std::unique_ptr<SequentialFile>* file) = 0;
+
+  // Creates `path`, or empties it, for writing; failures leave *file null.
+  virtual Result NewWritableFile(const std::string& path, std::unique_ptr<WritableFile>* file) = 0;
+
+  // Creates `path` for writing, failing with EEXIST when it exists: temporary
+  // files never adopt one left behind by someone else.
+  virtual Result NewExclusiveFile(const std::string& path, std::unique_ptr<WritableFile>* file) = 0;
+
+  // Opens the existing file `path` for reading and writing in place.
+  virtual Result NewRandomRWFile(const std::string& path, std::unique_ptr<RandomRWFile>* file) = 0;
+
+  // Opens a C stream on `path` (fopen modes) for the public calls that hand
+  // one out; failures leave *stream null.
   virtual Result OpenStream(const std::string& path, const char* mode, FILE** stream) = 0;
 
   // Closes a stream this environment opened.
   virtual Result CloseStream(FILE* stream) = 0;
 
-  // Flushes a stream and makes its data durable.
-  virtual Result SyncStream(FILE* stream) = 0;
-
-  // Erases `length` bytes at `offset` of a flash partition open in `stream`
-  // (MEMERASE); on a plain file standing in for one, writes 0xFF bytes.
-  virtual Result EraseFlash(FILE* stream, uint32_t offset, uint32_t length) = 0;
-
-  // Writes `size` bytes at the end of the file open in `stream`, on which no
-  // I/O has been done yet, with one seek and one write: seeking a C stream to
-  // its end asks for the file size first, which doubles the cost of small logs.
-  virtual Result AppendToStream(FILE* stream, const void* data, size_t size) = 0;
-
-  // True when `path` opens for reading ("r"); the file is closed again at
-  // once. The same two calls as OpenStream and CloseStream, without a stream.
+  // True when `path` opens for reading; the file is closed again at once.
   virtual bool OpensForReading(const std::string& path);
 
-  // Opens `path` in "rb+" mode, writes `size` bytes at its end as
-  // AppendToStream does, and closes it: the open's outcome. Play logs append
+  // Opens `path` in place, writes `size` bytes at its end as AppendAtEnd
+  // does, and closes it: the open's outcome. Play logs append
   // a record this way, so the whole step costs just its four system calls.
   virtual Result AppendToFile(const std::string& path, const void* data, size_t size);
 
@@ -147,7 +219,7 @@ class Env {
 
 // Forwards every call to another environment; wrappers override what they change.
 // OpensForReading and AppendToFile are not forwarded: they run on the
-// wrapper's own OpenStream, AppendToStream and CloseStream, so a wrapper that
+// wrapper's own NewSequentialFile and NewRandomRWFile, so a wrapper that
 // changes those changes them too.
 class EnvWrapper : public Env {
  public:
@@ -156,11 +228,12 @@ class EnvWrapper : public Env {
   // The wrapped environment.
   Env* target() const { return mTarget; }
 
+  Result NewSequentialFile(const std::string& path, std::unique_ptr<SequentialFile>* file) override;
+  Result NewWritableFile(const std::string& path, std::unique_ptr<WritableFile>* file) override;
+  Result NewExclusiveFile(const std::string& path, std::unique_ptr<WritableFile>* file) override;
+  Result NewRandomRWFile(const std::string& path, std::unique_ptr<RandomRWFile>* file) override;
   Result OpenStream(const std::string& path, const char* mode, FILE** stream) override;
   Result CloseStream(FILE* stream) override;
-  Result SyncStream(FILE* stream) override;
-  Result EraseFlash(FILE* stream, uint32_t offset, uint32_t length) override;
-  Result AppendToStream(FILE* stream, const void* data, size_t size) override;
   Result Stat(const std::string& path, FileInfo* info) override;
   Result LinkStat(const std::string& path, FileInfo* info) override;
   Result MakeDir(const std::string& path, uint32_t mode) override;

@@ -2,32 +2,13 @@
 
 #include <cstdio>
 
+#include "platform/FaultInjectionFiles.h"
+
 namespace vireline {
-
-// A stream handed to callers whose reads, writes and close pass the fault checks.
-struct FaultInjectionEnv::WrappedStream {
-  FaultInjectionEnv* env;
-  FILE* inner;
-  Result closeResult;
-};
-
-namespace {
-
-ssize_t CookieRead(void* cookie, char* buffer, size_t size);
-ssize_t CookieWrite(void* cookie, const char* buffer, size_t size);
-int CookieSeek(void* cookie, off64_t* offset, int whence);
-int CookieClose(void* cookie);
-
-}  // namespace
 
 FaultInjectionEnv::FaultInjectionEnv(Env* target) : EnvWrapper(target) {}
 
-FaultInjectionEnv::~FaultInjectionEnv() {
-  for (auto& entry : mStreams) {
-    target()->CloseStream(entry.second->inner);
-    delete entry.second;
-  }
-}
+FaultInjectionEnv::~FaultInjectionEnv() = default;
 
 void FaultInjectionEnv::FailAfter(Op op, int successes, int error, bool once) {
   std::lock_guard<std::mutex> lock(mMutex);
@@ -85,65 +66,53 @@ Result FaultInjectionEnv::Guard(Op op, Call call) {
   return result.ok() ? call() : result;
 }
 
-FILE* FaultInjectionEnv::Inner(FILE* stream) {
-  std::lock_guard<std::mutex> lock(mMutex);
-  auto found = mStreams.find(stream);
-  return found == mStreams.end() ? stream : found->second->inner;
-}
-
-Result FaultInjectionEnv::OpenStream(const std::string& path, const char* mode, FILE** stream) {
-  *stream = nullptr;
-  Result result = Check(kOpen);
-  if (!result.ok()) return result;
-  FILE* inner = nullptr;
-  result = target()->OpenStream(path, mode, &inner);
-  if (!result.ok()) return result;
-  auto* wrapped = new WrappedStream{this, inner, Result::Ok()};
-  cookie_io_functions_t functions = {CookieRead, CookieWrite, CookieSeek, CookieClose};
-  FILE* outer = ::fopencookie(wrapped, mode, functions);
-  if (outer == nullptr) {
-    target()->CloseStream(inner);
-    delete wrapped;
-    return Result::Error(ENOMEM);
-  }
-  std::setvbuf(outer, nullptr, _IONBF, 0);
-  std::lock_guard<std::mutex> lock(mMutex);
-  mStreams[outer] = wrapped;
-  *stream = outer;
-  return Result::Ok();
-}
-
-Result FaultInjectionEnv::CloseStream(FILE* stream) {
-  WrappedStream* wrapped = nullptr;
-  {
-    std::lock_guard<std::mutex> lock(mMutex);
-    auto found = mStreams.find(stream);
-    if (found != mStreams.end()) {
-      wrapped = found->second;
-      mStreams.erase(found);
-    }
-  }
-  if (wrapped == nullptr) return target()->CloseStream(stream);
-  bool closed = std::fclose(stream) == 0;
-  Result result = wrapped->closeResult;
-  delete wrapped;
-  if (result.ok() && !closed) return Result::Error(EIO);
+// Opens through `open` after the kOpen check and hands out `wrap` of the result.
+template <typename File, typename Open, typename Wrap>
+Result OpenChecked(FaultInjectionEnv* env, std::unique_ptr<File>* file, Open open, Wrap wrap) {
+  file->reset();
+  Result result = env->Check(FaultInjectionEnv::kOpen);
+  std::unique_ptr<File> inner;
+  if (result.ok()) result = open(&inner);
+  if (result.ok()) *file = wrap(env, std::move(inner));
   return result;
 }
 
-Result FaultInjectionEnv::SyncStream(FILE* stream) {
-  Result result = Check(kSync);
-  if (!result.ok()) return result;
-  if (std::fflush(stream) != 0) return Result::Error(EIO);
-  return target()->SyncStream(Inner(stream));
+Result FaultInjectionEnv::NewSequentialFile(const std::string& path, std::unique_ptr<SequentialFile>* file) {
+  return OpenChecked(this, file, [&](std::unique_ptr<SequentialFile>* inner) {
+    return target()->NewSequentialFile(path, inner);
+  }, NewFaultSequentialFile);
 }
 
-Result FaultInjectionEnv::EraseFlash(FILE* stream, uint32_t offset, uint32_t length) {
-  return Guard(kErase, [&] { return target()->EraseFlash(Inner(stream), offset, length); });
+Result FaultInjectionEnv::NewWritableFile(const std::string& path, std::unique_ptr<WritableFile>* file) {
+  return OpenChecked(this, file, [&](std::unique_ptr<WritableFile>* inner) {
+    return target()->NewWritableFile(path, inner);
+  }, NewFaultWritableFile);
 }
 
-Result FaultInjectionEnv::AppendToStream(FILE* stream, const void* data, size_t size) {
-  return Guard(kWrite, [&] { return target()->AppendToStream(Inner(stream), data, size); });
+Result FaultInjectionEnv::NewExclusiveFile(const std::string& path, std::unique_ptr<WritableFile>* file) {
+  return OpenChecked(this, file, [&](std::unique_ptr<WritableFile>* inner) {
+    return target()->NewExclusiveFile(path, inner);
+  }, NewFaultWritableFile);
+}
+
+Result FaultInjectionEnv::NewRandomRWFile(const std::string& path, std::unique_ptr<RandomRWFile>* file) {
+  return OpenChecked(this, file, [&](std::unique_ptr<RandomRWFile>* inner) {
+    return target()->NewRandomRWFile(path, inner);
+  }, NewFaultRandomRWFile);
+}
+
+// A client's C stream: its open and close are checked; the bytes it moves
+// itself are the client's own.
+Result FaultInjectionEnv::OpenStream(const std::string& path, const char* mode, FILE** stream) {
+  *stream = nullptr;
+  return Guard(kOpen, [&] { return target()->OpenStream(path, mode, stream); });
+}
+
+// The stream is closed even when the close is made to fail.
+Result FaultInjectionEnv::CloseStream(FILE* stream) {
+  Result injected = Check(kClose);
+  Result closed = target()->CloseStream(stream);
+  return injected.ok() ? closed : injected;
 }
 
 Result FaultInjectionEnv::Stat(const std::string& path, FileInfo* info) {
@@ -233,43 +202,5 @@ int64_t FaultInjectionEnv::ProcessorClock() {
   }
   return target()->ProcessorClock();
 }
-
-namespace {
-
-FaultInjectionEnv::WrappedStream* AsWrapped(void* cookie) {
-  return static_cast<FaultInjectionEnv::WrappedStream*>(cookie);
-}
-
-ssize_t CookieRead(void* cookie, char* buffer, size_t size) {
-  auto* wrapped = AsWrapped(cookie);
-  if (!wrapped->env->Check(FaultInjectionEnv::kRead).ok()) return -1;
-  size_t count = std::fread(buffer, 1, size, wrapped->inner);
-  if (count == 0 && std::ferror(wrapped->inner)) return -1;
-  return static_cast<ssize_t>(count);
-}
-
-// A cookie write reports failure as 0 bytes written (errno set), never as -1.
-ssize_t CookieWrite(void* cookie, const char* buffer, size_t size) {
-  auto* wrapped = AsWrapped(cookie);
-  if (!wrapped->env->Check(FaultInjectionEnv::kWrite).ok()) return 0;
-  return static_cast<ssize_t>(std::fwrite(buffer, 1, size, wrapped->inner));
-}
-
-int CookieSeek(void* cookie, off64_t* offset, int whence) {
-  auto* wrapped = AsWrapped(cookie);
-  if (::fseeko64(wrapped->inner, *offset, whence) != 0) return -1;
-  *offset = ::ftello64(wrapped->inner);
-  return 0;
-}
-
-int CookieClose(void* cookie) {
-  auto* wrapped = AsWrapped(cookie);
-  Result injected = wrapped->env->Check(FaultInjectionEnv::kClose);
-  Result closed = wrapped->env->target()->CloseStream(wrapped->inner);
-  wrapped->closeResult = injected.ok() ? closed : injected;
-  return wrapped->closeResult.ok() ? 0 : -1;
-}
-
-}  // namespace
 
 }  // namespace vireline

@@ -1,13 +1,12 @@
 // A test double that makes chosen platform operations fail on a countdown, so
-// tests can prove that a failing disk, flash or socket loses nothing. Streams
-// it opens are unbuffered, so every byte-sized write is one countable write.
+// tests can prove that a failing disk, flash or socket loses nothing. Files
+// it opens move a byte at a time, so every byte is one countable read or write.
 // Nothing of it runs unless a test installs it with Env::SetCurrent.
 #ifndef VIRELINE_PLATFORM_FAULTINJECTIONENV_H_
 #define VIRELINE_PLATFORM_FAULTINJECTIONENV_H_
 
 #include <cerrno>
 #include <cstdint>
-#include <map>
 #include <mutex>
 
 #include "platform/Env.h"
@@ -21,9 +20,6 @@ class FaultInjectionEnv : public EnvWrapper {
     kChangeMode, kListDir, kSyncDir, kStatFs, kRunCommand, kSocket, kConnect, kSend,
     kReceive, kOpCount
   };
-
-  // A stream handed out by OpenStream: its I/O reaches `inner` through the checks.
-  struct WrappedStream;
 
   // Wraps `target`; no fault is armed.
   explicit FaultInjectionEnv(Env* target);
@@ -51,11 +47,12 @@ class FaultInjectionEnv : public EnvWrapper {
   // Checks an operation against its armed fault; sets errno when it fails.
   Result Check(Op op);
 
+  Result NewSequentialFile(const std::string& path, std::unique_ptr<SequentialFile>* file) override;
+  Result NewWritableFile(const std::string& path, std::unique_ptr<WritableFile>* file) override;
+  Result NewExclusiveFile(const std::string& path, std::unique_ptr<WritableFile>* file) override;
+  Result NewRandomRWFile(const std::string& path, std::unique_ptr<RandomRWFile>* file) override;
   Result OpenStream(const std::string& path, const char* mode, FILE** stream) override;
   Result CloseStream(FILE* stream) override;
-  Result SyncStream(FILE* stream) override;
-  Result EraseFlash(FILE* stream, uint32_t offset, uint32_t length) override;
-  Result AppendToStream(FILE* stream, const void* data, size_t size) override;
   Result Stat(const std::string& path, FileInfo* info) override;
   Result LinkStat(const std::string& path, FileInfo* info) override;
   Result MakeDir(const std::string& path, uint32_t mode) override;
@@ -83,8 +80,6 @@ class FaultInjectionEnv : public EnvWrapper {
     int error = EIO;
     bool once = false;
   };
-  FILE* Inner(FILE* stream);
-
   // Runs `call` unless the fault armed for `op` fires.
   template <typename Call>
   Result Guard(Op op, Call call);
@@ -92,7 +87,6 @@ class FaultInjectionEnv : public EnvWrapper {
   mutable std::mutex mMutex;
   Fault mFaults[kOpCount];
   int mCalls[kOpCount] = {};
-  std::map<FILE*, WrappedStream*> mStreams;
   bool mFakeWallClock = false;
   int64_t mWallClockSeconds = 0;
   bool mFakeNowMicros = false;

@@ -2,10 +2,10 @@
 
 #include <unistd.h>
 
-#include <cerrno>
+#include "platform/PosixFiles.h"
 
 namespace vireline {
 
-Result CloseDescriptor(int fd) { return ::close(fd) == 0 ? Result::Ok() : Result::Error(errno); }
+Result CloseDescriptor(int fd) { return ::close(fd) == 0 ? Result::Ok() : PosixError(); }
 
 }  // namespace vireline

@@ -3,11 +3,13 @@
 // TouchScreen. A missing file or key means an unknown platform.
 #include <cstdlib>
 #include <map>
+#include <memory>
 #include <string>
 
 #include <vireline/Platform.h>
 
-#include "platform/DeviceStream.h"
+#include "platform/BufferedReader.h"
+#include "platform/Env.h"
 
 namespace {
 
@@ -22,10 +24,11 @@ std::string Trim(const std::string& text) {
 
 std::map<std::string, std::string> ReadIdentity() {
   std::map<std::string, std::string> values;
-  vireline::DeviceStream stream(kIdentityFile, "r");
-  char line[512];
-  while (stream.ok() && std::fgets(line, sizeof line, stream.get()) != nullptr) {
-    std::string text(line);
+  std::unique_ptr<vireline::SequentialFile> file;
+  if (!vireline::Env::Current()->NewSequentialFile(kIdentityFile, &file).ok()) return values;
+  vireline::BufferedReader reader(file.get(), 4096);
+  std::string text;
+  while (reader.ReadLine(&text, 511)) {  // pieces of a line buffer of 512, as always
     size_t equals = text.find('=');
     if (equals != std::string::npos) values[Trim(text.substr(0, equals))] = Trim(text.substr(equals + 1));
   }

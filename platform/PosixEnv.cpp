@@ -2,8 +2,6 @@
 // library that calls the C library's file, folder, socket and process functions.
 #include <dirent.h>
 #include <fcntl.h>
-#include <mtd/mtd-user.h>
-#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
@@ -17,14 +15,14 @@
 
 #include "platform/DeviceRootEnv.h"
 #include "platform/Env.h"
+#include "platform/PosixFiles.h"
 
 namespace vireline {
 namespace {
 
-// The one place where errno becomes a Result.
-Result PosixError() { return Result::Error(errno); }
-
-Result OkUnless(bool failed) { return failed ? PosixError() : Result::Ok(); }
+Result OkUnless(bool failed, const std::string& path = std::string()) {
+  return failed ? PosixError(path) : Result::Ok();
+}
 
 FileType TypeOf(mode_t mode) {
   if (S_ISREG(mode)) return FileType::kRegular;
@@ -46,53 +44,30 @@ FileType EntryType(const std::string& prefix, const struct dirent64& entry) {
   return ::lstat64((prefix + entry.d_name).c_str(), &st) == 0 ? TypeOf(st.st_mode) : FileType::kOther;
 }
 
-// Fills [offset, offset + length) of a plain file with the erased-flash value.
-Result FillErased(int fd, uint32_t offset, uint32_t length) {
-  char erased[4096];
-  std::memset(erased, 0xFF, sizeof erased);
-  while (length > 0) {
-    size_t chunk = length < sizeof erased ? length : sizeof erased;
-    ssize_t written = ::pwrite(fd, erased, chunk, offset);
-    if (written < 0) return PosixError();
-    if (written == 0) return Result::Error(EIO);
-    offset += static_cast<uint32_t>(written);
-    length -= static_cast<uint32_t>(written);
-  }
-  return Result::Ok();
-}
-
-// One seek to the end of `fd` and a write of all `size` bytes.
-Result AppendToDescriptor(int fd, const void* data, size_t size) {
-  if (::lseek64(fd, 0, SEEK_END) < 0) return PosixError();
-  const char* bytes = static_cast<const char*>(data);
-  while (size > 0) {
-    ssize_t written = ::write(fd, bytes, size);
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) return PosixError();
-    if (written == 0) return Result::Error(EIO);
-    bytes += written;
-    size -= static_cast<size_t>(written);
-  }
-  return Result::Ok();
-}
-
 class PosixEnv : public Env {
  public:
+  Result NewSequentialFile(const std::string& path, std::unique_ptr<SequentialFile>* file) override {
+    return NewPosixSequentialFile(path, file);
+  }
+
+  Result NewWritableFile(const std::string& path, std::unique_ptr<WritableFile>* file) override {
+    return NewPosixWritableFile(path, O_TRUNC, file);
+  }
+
+  Result NewExclusiveFile(const std::string& path, std::unique_ptr<WritableFile>* file) override {
+    return NewPosixWritableFile(path, O_EXCL, file);
+  }
+
+  Result NewRandomRWFile(const std::string& path, std::unique_ptr<RandomRWFile>* file) override {
+    return NewPosixRandomRWFile(path, file);
+  }
+
   Result OpenStream(const std::string& path, const char* mode, FILE** stream) override {
     *stream = ::fopen64(path.c_str(), mode);
-    return OkUnless(*stream == nullptr);
+    return OkUnless(*stream == nullptr, path);
   }
 
   Result CloseStream(FILE* stream) override { return OkUnless(std::fclose(stream) != 0); }
-
-  Result SyncStream(FILE* stream) override {
-    if (std::fflush(stream) != 0) return PosixError();
-    return OkUnless(::fsync(::fileno(stream)) != 0);
-  }
-
-  Result AppendToStream(FILE* stream, const void* data, size_t size) override {
-    return AppendToDescriptor(::fileno(stream), data, size);
-  }
 
   // Without waiting: a FIFO where a file is looked for must not stop the lookup.
   bool OpensForReading(const std::string& path) override {
@@ -104,27 +79,15 @@ class PosixEnv : public Env {
 
   Result AppendToFile(const std::string& path, const void* data, size_t size) override {
     int fd = ::open64(path.c_str(), O_RDWR);
-    if (fd < 0) return PosixError();
-    AppendToDescriptor(fd, data, size);
+    if (fd < 0) return PosixError(path);
+    AppendToDescriptor(fd, data, size, path);
     ::close(fd);
     return Result::Ok();
   }
 
-  Result EraseFlash(FILE* stream, uint32_t offset, uint32_t length) override {
-    if (std::fflush(stream) != 0) return PosixError();
-    int fd = ::fileno(stream);
-    struct stat64 st;
-    if (::fstat64(fd, &st) != 0) return PosixError();
-    if (S_ISREG(st.st_mode)) return FillErased(fd, offset, length);
-    erase_info_user erase;
-    erase.start = offset;
-    erase.length = length;
-    return OkUnless(::ioctl(fd, MEMERASE, &erase) != 0);
-  }
-
   Result Stat(const std::string& path, FileInfo* info) override {
     struct stat64 st;
-    if (::stat64(path.c_str(), &st) != 0) return PosixError();
+    if (::stat64(path.c_str(), &st) != 0) return PosixError(path);
     info->type = TypeOf(st.st_mode);
     info->size = static_cast<uint64_t>(st.st_size);
     info->mode = static_cast<uint32_t>(st.st_mode & 07777);
@@ -133,7 +96,7 @@ class PosixEnv : public Env {
 
   Result LinkStat(const std::string& path, FileInfo* info) override {
     struct stat64 st;
-    if (::lstat64(path.c_str(), &st) != 0) return PosixError();
+    if (::lstat64(path.c_str(), &st) != 0) return PosixError(path);
     info->type = TypeOf(st.st_mode);
     info->size = static_cast<uint64_t>(st.st_size);
     info->mode = static_cast<uint32_t>(st.st_mode & 07777);
@@ -141,25 +104,25 @@ class PosixEnv : public Env {
   }
 
   Result MakeDir(const std::string& path, uint32_t mode) override {
-    return OkUnless(::mkdir(path.c_str(), mode) != 0);
+    return OkUnless(::mkdir(path.c_str(), mode) != 0, path);
   }
 
-  Result RemoveDir(const std::string& path) override { return OkUnless(::rmdir(path.c_str()) != 0); }
+  Result RemoveDir(const std::string& path) override { return OkUnless(::rmdir(path.c_str()) != 0, path); }
 
-  Result RemoveFile(const std::string& path) override { return OkUnless(::unlink(path.c_str()) != 0); }
+  Result RemoveFile(const std::string& path) override { return OkUnless(::unlink(path.c_str()) != 0, path); }
 
   Result Rename(const std::string& from, const std::string& to) override {
-    return OkUnless(std::rename(from.c_str(), to.c_str()) != 0);
+    return OkUnless(std::rename(from.c_str(), to.c_str()) != 0, from);
   }
 
   Result ChangeMode(const std::string& path, uint32_t mode) override {
-    return OkUnless(::chmod(path.c_str(), mode) != 0);
+    return OkUnless(::chmod(path.c_str(), mode) != 0, path);
   }
 
   Result ListDir(const std::string& path, std::vector<std::string>* names) override {
     names->clear();
     DIR* dir = ::opendir(path.c_str());
-    if (dir == nullptr) return PosixError();
+    if (dir == nullptr) return PosixError(path);
     while (struct dirent64* entry = ::readdir64(dir)) {
       if (std::strcmp(entry->d_name, ".") != 0 && std::strcmp(entry->d_name, "..") != 0) {
         names->push_back(entry->d_name);
@@ -172,7 +135,7 @@ class PosixEnv : public Env {
   Result ListDirEntries(const std::string& path, std::vector<DirEntry>* entries) override {
     entries->clear();
     DIR* dir = ::opendir(path.c_str());
-    if (dir == nullptr) return PosixError();
+    if (dir == nullptr) return PosixError(path);
     std::string prefix = path.empty() || path.back() == '/' ? path : path + "/";
     while (struct dirent64* found = ::readdir64(dir)) {
       if (std::strcmp(found->d_name, ".") == 0 || std::strcmp(found->d_name, "..") == 0) continue;
@@ -187,15 +150,15 @@ class PosixEnv : public Env {
 
   Result SyncDir(const std::string& path) override {
     int fd = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (fd < 0) return PosixError();
-    Result result = OkUnless(::fsync(fd) != 0);
+    if (fd < 0) return PosixError(path);
+    Result result = OkUnless(::fsync(fd) != 0, path);
     ::close(fd);
     return result;
   }
 
   Result StatFs(const std::string& path, FsInfo* info) override {
     struct statvfs64 fs;
-    if (::statvfs64(path.c_str(), &fs) != 0) return PosixError();
+    if (::statvfs64(path.c_str(), &fs) != 0) return PosixError(path);
     info->blockSize = fs.f_bsize;
     info->blocksAvailable = fs.f_bavail;
     return Result::Ok();

@@ -20,13 +20,15 @@ bool Writes(const char* mode) { return std::strpbrk(mode, "wa+") != nullptr; }
 // Modes that start from the file's current content.
 bool KeepsContent(const char* mode) { return std::strchr(mode, 'w') == nullptr; }
 
-Result CopyStream(FILE* in, FILE* out) {
+Result CopyFile(SequentialFile* in, WritableFile* out) {
   char buffer[4096];
-  size_t count;
-  while ((count = std::fread(buffer, 1, sizeof buffer, in)) > 0) {
-    if (std::fwrite(buffer, 1, count, out) != count) return Result::Error(EIO);
+  for (;;) {
+    size_t count = 0;
+    Result result = in->Read(sizeof buffer, buffer, &count);
+    if (!result.ok() || count == 0) return result;
+    result = out->Append(buffer, count);
+    if (!result.ok()) return result;
   }
-  return std::ferror(in) ? Result::Error(EIO) : Result::Ok();
 }
 
 }  // namespace
@@ -75,19 +77,49 @@ Result ScratchOverlayEnv::CopyUp(const std::string& path) {
   if (!target()->Stat(path, &info).ok()) return Result::Ok();  // nothing to keep
   if (info.type != FileType::kRegular) return Result::Error(EROFS);
   Result result = MakeScratchParents(path);
-  FILE* in = nullptr;
-  if (result.ok()) result = target()->OpenStream(path, "rb", &in);
+  std::unique_ptr<SequentialFile> in;
+  if (result.ok()) result = target()->NewSequentialFile(path, &in);
   if (!result.ok()) return result;
-  FILE* out = nullptr;
-  result = mHost->OpenStream(Scratch(path), "wb", &out);
+  std::unique_ptr<WritableFile> out;
+  result = mHost->NewWritableFile(Scratch(path), &out);
   if (result.ok()) {
-    result = CopyStream(in, out);
-    Result closed = mHost->CloseStream(out);
+    result = CopyFile(in.get(), out.get());
+    Result closed = out->Close();
     if (result.ok()) result = closed;
     if (result.ok()) result = mHost->ChangeMode(Scratch(path), info.mode);
   }
-  target()->CloseStream(in);
   return result;
+}
+
+Result ScratchOverlayEnv::PrepareWrite(const std::string& path, bool keepsContent, bool exclusive) {
+  FileInfo info;
+  bool inImage = !InScratch(path) && target()->Stat(path, &info).ok();
+  if (inImage && exclusive) return Result::Error(EEXIST, path);
+  Result result = MakeScratchParents(path);
+  if (result.ok() && inImage && keepsContent) result = CopyUp(path);
+  return result;
+}
+
+Result ScratchOverlayEnv::NewSequentialFile(const std::string& path, std::unique_ptr<SequentialFile>* file) {
+  return InScratch(path) ? mHost->NewSequentialFile(Scratch(path), file) : target()->NewSequentialFile(path, file);
+}
+
+Result ScratchOverlayEnv::NewWritableFile(const std::string& path, std::unique_ptr<WritableFile>* file) {
+  file->reset();
+  Result result = PrepareWrite(path, false, false);
+  return result.ok() ? mHost->NewWritableFile(Scratch(path), file) : result;
+}
+
+Result ScratchOverlayEnv::NewExclusiveFile(const std::string& path, std::unique_ptr<WritableFile>* file) {
+  file->reset();
+  Result result = PrepareWrite(path, false, true);
+  return result.ok() ? mHost->NewExclusiveFile(Scratch(path), file) : result;
+}
+
+Result ScratchOverlayEnv::NewRandomRWFile(const std::string& path, std::unique_ptr<RandomRWFile>* file) {
+  file->reset();
+  Result result = PrepareWrite(path, true, false);
+  return result.ok() ? mHost->NewRandomRWFile(Scratch(path), file) : result;
 }
 
 Result ScratchOverlayEnv::OpenStream(const std::string& path, const char* mode, FILE** stream) {
@@ -95,13 +127,8 @@ Result ScratchOverlayEnv::OpenStream(const std::string& path, const char* mode, 
   if (!Writes(mode)) {
     return InScratch(path) ? mHost->OpenStream(Scratch(path), mode, stream) : target()->OpenStream(path, mode, stream);
   }
-  FileInfo info;
-  bool inImage = !InScratch(path) && target()->Stat(path, &info).ok();
-  if (inImage && std::strchr(mode, 'x') != nullptr) return Result::Error(EEXIST);
-  Result result = MakeScratchParents(path);
-  if (result.ok() && inImage && KeepsContent(mode)) result = CopyUp(path);
-  if (!result.ok()) return result;
-  return mHost->OpenStream(Scratch(path), mode, stream);
+  Result result = PrepareWrite(path, KeepsContent(mode), std::strchr(mode, 'x') != nullptr);
+  return result.ok() ? mHost->OpenStream(Scratch(path), mode, stream) : result;
 }
 
 Result ScratchOverlayEnv::Stat(const std::string& path, FileInfo* info) {

@@ -30,6 +30,10 @@ class ScratchOverlayEnv : public EnvWrapper {
   // The device paths of the files written so far, sorted.
   std::vector<std::string> WrittenFiles();
 
+  Result NewSequentialFile(const std::string& path, std::unique_ptr<SequentialFile>* file) override;
+  Result NewWritableFile(const std::string& path, std::unique_ptr<WritableFile>* file) override;
+  Result NewExclusiveFile(const std::string& path, std::unique_ptr<WritableFile>* file) override;
+  Result NewRandomRWFile(const std::string& path, std::unique_ptr<RandomRWFile>* file) override;
   Result OpenStream(const std::string& path, const char* mode, FILE** stream) override;
   Result Stat(const std::string& path, FileInfo* info) override;
   Result LinkStat(const std::string& path, FileInfo* info) override;
@@ -48,6 +52,10 @@ class ScratchOverlayEnv : public EnvWrapper {
   bool InScratch(const std::string& path);
   // Creates the scratch folders above `path`'s copy.
   Result MakeScratchParents(const std::string& path);
+  // Readies the scratch copy of `path` for a writer: its folders, and for
+  // `keepsContent` the image's file copied up; EEXIST for `exclusive` when
+  // the image holds `path`.
+  Result PrepareWrite(const std::string& path, bool keepsContent, bool exclusive);
   // Copies a file of the image into the scratch folder before it changes.
   Result CopyUp(const std::string& path);
   void RemoveTree(const std::string& hostPath);

@@ -41,12 +41,12 @@ int CheckInput(const std::string& path, const char* extension) {
 
 // The relink file's offsets, read as the loader reads them.
 std::vector<uint32_t> ReadOffsets(const std::string& path) {
-  std::vector<uint32_t> offsets(FileSize(path) / 4);
-  FILE* file = COrvoInterface::FOpen(path.c_str(), "rb");
-  if (file == nullptr) return std::vector<uint32_t>();
-  size_t got = std::fread(offsets.data(), 4, offsets.size(), file);
-  COrvoInterface::FClose(file);
-  offsets.resize(got);
+  std::string bytes;
+  if (vireline::ReadDeviceFile(path, FileSize(path) / 4 * 4, &bytes) == vireline::tDeviceFileRead::kNotOpened) {
+    return std::vector<uint32_t>();
+  }
+  std::vector<uint32_t> offsets(bytes.size() / 4);
+  if (!offsets.empty()) std::memcpy(offsets.data(), bytes.data(), offsets.size() * 4);
   return offsets;
 }
 

@@ -96,15 +96,10 @@ std::string FirstError(const std::string& messages) {
 // it could not be read.
 std::string LoadFailure(const std::string& path) {
   const size_t kMaxText = kMaxTextFileSize;
-  FILE* in = COrvoInterface::FOpen(path.c_str(), "r");
-  if (in == nullptr) return "cannot be opened";
   std::string text;
-  char block[4096];
-  size_t got;
-  while (text.size() <= kMaxText && (got = std::fread(block, 1, sizeof block, in)) > 0) text.append(block, got);
-  bool failed = std::ferror(in) != 0;
-  COrvoInterface::FClose(in);
-  if (failed) return "cannot be read";
+  vireline::tDeviceFileRead read = vireline::ReadDeviceFile(path, kMaxText + 1, &text);
+  if (read == vireline::tDeviceFileRead::kNotOpened) return "cannot be opened";
+  if (read == vireline::tDeviceFileRead::kNotRead) return "cannot be read";
   if (text.size() > kMaxText) return "larger than 16 MiB, the most the inspector reads";
   text.resize(std::strlen(text.c_str()));  // the library's text ends at a zero byte too
   LTM::Reader reader;

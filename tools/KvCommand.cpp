@@ -1,6 +1,8 @@
 // `vireline kv FILE [KEY]`: a key=value file's entries as the library reads
 // them (whitespace trimmed, quotes removed, duplicates kept), or one key's value.
 #include <cstdio>
+#include <algorithm>
+#include <cstdint>
 #include <string>
 
 #include <json/json.h>
@@ -45,19 +47,11 @@ void PrintEntries(const CFileIO& file) {
 // The number of the first line of `path` that holds a NUL byte (lines
 // counted at "\n"); 0 when none does or the file cannot be read.
 unsigned long FirstLineWithNul(const std::string& path) {
-  FILE* in = COrvoInterface::FOpen(path.c_str(), "r");
-  if (in == nullptr) return 0;
-  unsigned long line = 1, found = 0;
-  char block[4096];
-  size_t got;
-  while (found == 0 && (got = std::fread(block, 1, sizeof block, in)) > 0) {
-    for (size_t i = 0; i < got && found == 0; ++i) {
-      if (block[i] == '\0') found = line;
-      if (block[i] == '\n') ++line;
-    }
-  }
-  COrvoInterface::FClose(in);
-  return found;
+  std::string bytes;
+  if (vireline::ReadDeviceFile(path, SIZE_MAX, &bytes) == vireline::tDeviceFileRead::kNotOpened) return 0;
+  size_t nul = bytes.find('\0');
+  if (nul == std::string::npos) return 0;
+  return 1 + static_cast<unsigned long>(std::count(bytes.begin(), bytes.begin() + nul, '\n'));
 }
 
 int RunKv(const std::string& path, const std::string& key, bool hasKey, bool json) {

@@ -185,10 +185,7 @@ int WritePage(const std::string& path, const std::string& page) {
     return kSuccess;
   }
   HostPaths host;  // the page is for the desktop, not for the device image the inspector reads
-  FILE* out = fopenAtomic(path.c_str(), "wb");
-  bool written = out != nullptr && std::fwrite(page.data(), 1, page.size(), out) == page.size();
-  if (out != nullptr && fcloseAtomic(out) != 0) written = false;
-  if (!written) {
+  if (!ReplaceDeviceFile(path, page)) {
     std::fprintf(stderr, "vireline report: %s: cannot be written\n", path.c_str());
     return kIoError;
   }

@@ -33,6 +33,7 @@
 #include <vireline/CyoSets.h>
 #include <vireline/Dataset.h>
 #include <vireline/DebugModules.h>
+#include <vireline/DeviceFiles.h>
 #include <vireline/DisplayText.h>
 #include <vireline/Export.h>
 #include <vireline/FileOpenWatch.h>

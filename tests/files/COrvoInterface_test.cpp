@@ -212,11 +212,21 @@ TEST_F(COrvoInterfaceTest, PutCReportsAFailedWrite) {
   MakeDirs("/QV");
   vireline::FaultInjectionEnv env(vireline::Env::Default());
   vireline::Env::SetCurrent(&env);
-  FILE* out = COrvoInterface::FOpen("/QV/f", "w");
+  FILE* out = COrvoInterface::FOpenAtomic("/QV/f", "w");
   ASSERT_NE(out, nullptr);
   env.FailAfter(vireline::FaultInjectionEnv::kWrite, 0, ENOSPC);
   EXPECT_EQ(COrvoInterface::PutC('a', out), EOF);
-  COrvoInterface::FClose(out);
+  EXPECT_NE(COrvoInterface::FCloseAtomic(out), 0);
+  EXPECT_FALSE(Exists("/QV/f"));
+}
+
+TEST_F(COrvoInterfaceTest, PutCToAStreamOpenForReadingFails) {
+  WriteFile("/QV/f", "old");
+  FILE* in = COrvoInterface::FOpen("/QV/f", "r");
+  ASSERT_NE(in, nullptr);
+  EXPECT_EQ(COrvoInterface::PutC('a', in), EOF);
+  COrvoInterface::FClose(in);
+  EXPECT_EQ(ReadFile("/QV/f"), "old");
 }
 
 TEST_F(COrvoInterfaceTest, SNPrintFCutsAndReportsTheFullLength) {

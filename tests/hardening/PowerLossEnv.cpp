@@ -37,21 +37,117 @@ bool PowerLossEnv::Step() {
 }
 
 bool PowerLossEnv::Read(const std::string& path, std::string* content) {
-  FILE* file = nullptr;
+  std::unique_ptr<vireline::SequentialFile> file;
   content->clear();
-  if (!target()->OpenStream(path, "rb", &file).ok()) return false;
+  if (!target()->NewSequentialFile(path, &file).ok()) return false;
   char buffer[4096];
-  size_t got;
-  while ((got = std::fread(buffer, 1, sizeof buffer, file)) > 0) content->append(buffer, got);
-  target()->CloseStream(file);
+  size_t got = 0;
+  while (file->Read(sizeof buffer, buffer, &got).ok() && got > 0) content->append(buffer, got);
   return true;
 }
 
 void PowerLossEnv::Write(const std::string& path, const std::string& content) {
-  FILE* file = nullptr;
-  if (!target()->OpenStream(path, "wb", &file).ok()) return;
-  std::fwrite(content.data(), 1, content.size(), file);
-  target()->CloseStream(file);
+  std::unique_ptr<vireline::WritableFile> file;
+  if (!target()->NewWritableFile(path, &file).ok()) return;
+  file->Append(content.data(), content.size());
+  file->Close();
+}
+
+// A file written through the wrapper: a sync is a durability step, after
+// which the file's content counts as on disk.
+class PowerLossEnv::SyncedWritableFile : public vireline::WritableFile {
+ public:
+  SyncedWritableFile(PowerLossEnv* env, const std::string& path, std::unique_ptr<vireline::WritableFile> inner)
+      : mEnv(env), mPath(path), mInner(std::move(inner)) {}
+
+  Result Append(const void* data, size_t size) override {
+    return mEnv->PowerOn() ? mInner->Append(data, size) : Result::Error(EIO);
+  }
+  Result Flush() override { return mEnv->PowerOn() ? mInner->Flush() : Result::Error(EIO); }
+  Result Sync() override {
+    if (!mEnv->Step()) return Result::Error(EIO);
+    Result result = mInner->Sync();
+    if (result.ok()) mEnv->Synced(mPath);
+    return result;
+  }
+  Result Close() override { return mInner->Close(); }
+
+ private:
+  PowerLossEnv* mEnv;
+  std::string mPath;
+  std::unique_ptr<vireline::WritableFile> mInner;
+};
+
+// A file changed in place through the wrapper: the same rules as above.
+class PowerLossEnv::SyncedRandomRWFile : public vireline::RandomRWFile {
+ public:
+  SyncedRandomRWFile(PowerLossEnv* env, const std::string& path, std::unique_ptr<vireline::RandomRWFile> inner)
+      : mEnv(env), mPath(path), mInner(std::move(inner)) {}
+
+  Result Size(uint64_t* size) override { return mInner->Size(size); }
+  Result Read(uint64_t offset, size_t n, char* scratch, size_t* got) override {
+    return mInner->Read(offset, n, scratch, got);
+  }
+  Result Write(uint64_t offset, const void* data, size_t size) override {
+    return mEnv->PowerOn() ? mInner->Write(offset, data, size) : Result::Error(EIO);
+  }
+  Result AppendAtEnd(const void* data, size_t size) override {
+    return mEnv->PowerOn() ? mInner->AppendAtEnd(data, size) : Result::Error(EIO);
+  }
+  Result Erase(uint32_t offset, uint32_t length) override {
+    return mEnv->PowerOn() ? mInner->Erase(offset, length) : Result::Error(EIO);
+  }
+  Result Sync() override {
+    if (!mEnv->Step()) return Result::Error(EIO);
+    Result result = mInner->Sync();
+    if (result.ok()) mEnv->Synced(mPath);
+    return result;
+  }
+  Result Close() override { return mInner->Close(); }
+
+ private:
+  PowerLossEnv* mEnv;
+  std::string mPath;
+  std::unique_ptr<vireline::RandomRWFile> mInner;
+};
+
+bool PowerLossEnv::OpeningForWrite(const std::string& path) {
+  if (!PowerOn()) return false;
+  Track(path);
+  if (mSynced.count(path) == 0) {  // a new file: its name waits for a folder sync
+    Change(path);
+    mSynced[path] = std::string();
+  }
+  return true;
+}
+
+void PowerLossEnv::Synced(const std::string& path) { Read(path, &mSynced[path]); }
+
+Result PowerLossEnv::NewWritableFile(const std::string& path, std::unique_ptr<vireline::WritableFile>* file) {
+  file->reset();
+  if (!OpeningForWrite(path)) return Result::Error(EIO);
+  std::unique_ptr<vireline::WritableFile> inner;
+  Result result = target()->NewWritableFile(path, &inner);
+  if (result.ok()) file->reset(new SyncedWritableFile(this, path, std::move(inner)));
+  return result;
+}
+
+Result PowerLossEnv::NewExclusiveFile(const std::string& path, std::unique_ptr<vireline::WritableFile>* file) {
+  file->reset();
+  if (!OpeningForWrite(path)) return Result::Error(EIO);
+  std::unique_ptr<vireline::WritableFile> inner;
+  Result result = target()->NewExclusiveFile(path, &inner);
+  if (result.ok()) file->reset(new SyncedWritableFile(this, path, std::move(inner)));
+  return result;
+}
+
+Result PowerLossEnv::NewRandomRWFile(const std::string& path, std::unique_ptr<vireline::RandomRWFile>* file) {
+  file->reset();
+  if (!OpeningForWrite(path)) return Result::Error(EIO);
+  std::unique_ptr<vireline::RandomRWFile> inner;
+  Result result = target()->NewRandomRWFile(path, &inner);
+  if (result.ok()) file->reset(new SyncedRandomRWFile(this, path, std::move(inner)));
+  return result;
 }
 
 void PowerLossEnv::Track(const std::string& path) {
@@ -72,36 +168,11 @@ void PowerLossEnv::Change(const std::string& path) {
   name.content = name.existed ? synced->second : std::string();
 }
 
+// A client's stream opened for writing: a new file's name waits for a folder
+// sync like any other; the bytes it writes are never synced by the library.
 Result PowerLossEnv::OpenStream(const std::string& path, const char* mode, FILE** stream) {
-  if (Writes(mode)) {
-    if (!PowerOn()) return Result::Error(EIO);
-    Track(path);
-    if (mSynced.count(path) == 0) {  // a new file: its name waits for a folder sync
-      Change(path);
-      mSynced[path] = std::string();
-    }
-  }
-  Result result = target()->OpenStream(path, mode, stream);
-  if (result.ok()) mStreams[*stream] = path;
-  return result;
-}
-
-Result PowerLossEnv::CloseStream(FILE* stream) {
-  mStreams.erase(stream);
-  return target()->CloseStream(stream);
-}
-
-Result PowerLossEnv::SyncStream(FILE* stream) {
-  if (!Step()) return Result::Error(EIO);
-  Result result = target()->SyncStream(stream);
-  auto found = mStreams.find(stream);
-  if (result.ok() && found != mStreams.end()) Read(found->second, &mSynced[found->second]);
-  return result;
-}
-
-Result PowerLossEnv::AppendToStream(FILE* stream, const void* data, size_t size) {
-  if (!PowerOn()) return Result::Error(EIO);
-  return target()->AppendToStream(stream, data, size);
+  if (Writes(mode) && !OpeningForWrite(path)) return Result::Error(EIO);
+  return target()->OpenStream(path, mode, stream);
 }
 
 Result PowerLossEnv::AppendToFile(const std::string& path, const void* data, size_t size) {

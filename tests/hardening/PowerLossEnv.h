@@ -9,6 +9,7 @@
 #define VIRELINE_TESTS_HARDENING_POWERLOSSENV_H_
 
 #include <map>
+#include <memory>
 #include <string>
 
 #include "platform/Env.h"
@@ -31,10 +32,10 @@ class PowerLossEnv : public vireline::EnvWrapper {
   // Forgets what was written and restores the power.
   void Forget();
 
+  vireline::Result NewWritableFile(const std::string& path, std::unique_ptr<vireline::WritableFile>* file) override;
+  vireline::Result NewExclusiveFile(const std::string& path, std::unique_ptr<vireline::WritableFile>* file) override;
+  vireline::Result NewRandomRWFile(const std::string& path, std::unique_ptr<vireline::RandomRWFile>* file) override;
   vireline::Result OpenStream(const std::string& path, const char* mode, FILE** stream) override;
-  vireline::Result CloseStream(FILE* stream) override;
-  vireline::Result SyncStream(FILE* stream) override;
-  vireline::Result AppendToStream(FILE* stream, const void* data, size_t size) override;
   vireline::Result AppendToFile(const std::string& path, const void* data, size_t size) override;
   vireline::Result RemoveFile(const std::string& path) override;
   vireline::Result Rename(const std::string& from, const std::string& to) override;
@@ -59,11 +60,18 @@ class PowerLossEnv : public vireline::EnvWrapper {
   bool Read(const std::string& path, std::string* content);
   void Write(const std::string& path, const std::string& content);
 
+  class SyncedWritableFile;
+  class SyncedRandomRWFile;
+
+  // Notes that `path` is about to be opened for writing; false when the power is cut.
+  bool OpeningForWrite(const std::string& path);
+  // Records the content of `path` as durable after a successful sync.
+  void Synced(const std::string& path);
+
   int mSteps = 0;
   int mCutAfter = -1;
   std::map<std::string, std::string> mSynced;  // durable data of the file now at each path
   std::map<std::string, DurableName> mNames;
-  std::map<FILE*, std::string> mStreams;
 };
 
 #endif  // VIRELINE_TESTS_HARDENING_POWERLOSSENV_H_

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -140,10 +141,10 @@ TEST_F(PowerLossTest, WithThePowerOnEveryStepReachesTheDisk) {
 
 TEST_F(PowerLossTest, AFileWrittenButNeverSyncedLosesWhatWasWritten) {
   WriteFile("/d/log", "kept");
-  FILE* file = nullptr;
-  ASSERT_TRUE(vireline::Env::Current()->OpenStream("/d/log", "ab", &file).ok());
-  ASSERT_TRUE(vireline::Env::Current()->AppendToStream(file, "lost", 4).ok());
-  vireline::Env::Current()->CloseStream(file);
+  std::unique_ptr<vireline::RandomRWFile> file;
+  ASSERT_TRUE(vireline::Env::Current()->NewRandomRWFile("/d/log", &file).ok());
+  ASSERT_TRUE(file->AppendAtEnd("lost", 4).ok());
+  file->Close();
   EXPECT_EQ(ReadFile("/d/log"), "keptlost");
   mLoss.DropUnsyncedData();
   EXPECT_EQ(ReadFile("/d/log"), "kept");
@@ -162,10 +163,10 @@ TEST_F(PowerLossTest, AFileRenamedWithoutASyncOfItsDataIsEmptyAfterTheCut) {
   // What a writer that skipped the sync would leave: the name is safe, the data is not.
   vireline::Env* env = vireline::Env::Current();
   WriteFile("/d/target", "old");
-  FILE* file = nullptr;
-  ASSERT_TRUE(env->OpenStream("/d/new", "wb", &file).ok());
-  ASSERT_TRUE(env->AppendToStream(file, "new", 3).ok());
-  env->CloseStream(file);
+  std::unique_ptr<vireline::WritableFile> file;
+  ASSERT_TRUE(env->NewWritableFile("/d/new", &file).ok());
+  ASSERT_TRUE(file->Append("new", 3).ok());
+  file->Close();
   ASSERT_TRUE(env->Rename("/d/new", "/d/target").ok());
   ASSERT_TRUE(env->SyncDir("/d").ok());
   mLoss.DropUnsyncedData();

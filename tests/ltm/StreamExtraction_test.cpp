@@ -1,28 +1,41 @@
 #include <gtest/gtest.h>
 
-#include <cstdio>
+#include <algorithm>
+
+#include <cstring>
 #include <string>
 
 #include "ltm/StreamExtraction.h"
 
 namespace {
 
-// A read-only stream over `content` (kept alive by the caller).
-FILE* StreamOf(std::string& content) { return fmemopen(&content[0], content.size(), "r"); }
+// A file holding `content`, handed out a few bytes at a time.
+class StringFile : public vireline::SequentialFile {
+ public:
+  explicit StringFile(const std::string& content) : mContent(content) {}
+  vireline::Result Read(size_t n, char* scratch, size_t* got) override {
+    *got = std::min<size_t>({n, 3, mContent.size() - mAt});
+    std::memcpy(scratch, mContent.data() + mAt, *got);
+    mAt += *got;
+    return vireline::Result::Ok();
+  }
+  vireline::Result Close() override { return vireline::Result::Ok(); }
 
-std::string WordOf(std::string content, size_t limit) {
-  if (content.empty()) content = " ";  // fmemopen needs at least one byte
-  FILE* stream = StreamOf(content);
-  std::string word = vireline::ExtractWord(stream, limit);
-  std::fclose(stream);
-  return word;
+ private:
+  std::string mContent;
+  size_t mAt = 0;
+};
+
+std::string WordOf(const std::string& content, size_t limit) {
+  StringFile file(content);
+  vireline::BufferedReader reader(&file);
+  return vireline::ExtractWord(&reader, limit);
 }
 
-bool NumberOf(std::string content, unsigned long* value) {
-  FILE* stream = StreamOf(content);
-  bool good = vireline::ExtractUnsigned(stream, value);
-  std::fclose(stream);
-  return good;
+bool NumberOf(const std::string& content, unsigned long* value) {
+  StringFile file(content);
+  vireline::BufferedReader reader(&file);
+  return vireline::ExtractUnsigned(&reader, value);
 }
 
 }  // namespace

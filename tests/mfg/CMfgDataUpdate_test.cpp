@@ -27,9 +27,9 @@ class ForgetfulFlashEnv : public vireline::EnvWrapper {
   ForgetfulFlashEnv(const std::string& partition, const std::string& stale)
       : EnvWrapper(Env::Default()), mPartition(partition), mStale(stale) {}
 
-  vireline::Result OpenStream(const std::string& path, const char* mode, FILE** stream) override {
-    bool readBack = path == mPartition && std::string(mode) == "rb";
-    return EnvWrapper::OpenStream(readBack ? mStale : path, mode, stream);
+  vireline::Result NewSequentialFile(const std::string& path,
+                                     std::unique_ptr<vireline::SequentialFile>* file) override {
+    return EnvWrapper::NewSequentialFile(path == mPartition ? mStale : path, file);
   }
 
  private:

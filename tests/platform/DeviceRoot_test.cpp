@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <memory>
+
 #include <vireline/Platform.h>
 
 #include "DeviceRootTest.h"
@@ -102,20 +104,20 @@ TEST_F(DeviceRootFiles, CommandProgramIsTakenFromTheDeviceImage) {
 TEST_F(DeviceRootFiles, EraseOfAPlainFileFillsItWithErasedBytes) {
   WriteFile("/dev/mtd1", std::string(4096, '\0'));
   vireline::Env* env = vireline::Env::Current();
-  FILE* stream = nullptr;
-  ASSERT_TRUE(env->OpenStream("/dev/mtd1", "r+", &stream).ok());
-  ASSERT_TRUE(env->EraseFlash(stream, 0, 4096).ok());
-  ASSERT_TRUE(env->CloseStream(stream).ok());
+  std::unique_ptr<vireline::RandomRWFile> file;
+  ASSERT_TRUE(env->NewRandomRWFile("/dev/mtd1", &file).ok());
+  ASSERT_TRUE(file->Erase(0, 4096).ok());
+  ASSERT_TRUE(file->Close().ok());
   EXPECT_EQ(ReadFile("/dev/mtd1"), std::string(4096, '\xFF'));
 }
 
 TEST_F(DeviceRootFiles, EraseCoversOnlyTheRequestedRange) {
   WriteFile("/dev/mtd2", std::string(16, 'x'));
   vireline::Env* env = vireline::Env::Current();
-  FILE* stream = nullptr;
-  ASSERT_TRUE(env->OpenStream("/dev/mtd2", "r+", &stream).ok());
-  ASSERT_TRUE(env->EraseFlash(stream, 4, 8).ok());
-  env->CloseStream(stream);
+  std::unique_ptr<vireline::RandomRWFile> file;
+  ASSERT_TRUE(env->NewRandomRWFile("/dev/mtd2", &file).ok());
+  ASSERT_TRUE(file->Erase(4, 8).ok());
+  file.reset();
   EXPECT_EQ(ReadFile("/dev/mtd2"), "xxxx" + std::string(8, '\xFF') + "xxxx");
 }
 

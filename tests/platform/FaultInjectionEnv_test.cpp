@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <cstdio>
+#include <memory>
+#include <string>
 
 #include "DeviceRootTest.h"
 #include "platform/FaultInjectionEnv.h"
@@ -39,39 +42,39 @@ TEST_F(FaultInjectionEnvTest, OnceFailsOnlyOneCall) {
 
 TEST_F(FaultInjectionEnvTest, EveryByteWrittenIsOneWrite) {
   MakeDirs("/QV");
-  FILE* stream = nullptr;
-  ASSERT_TRUE(Env::Current()->OpenStream("/QV/f", "w", &stream).ok());
+  std::unique_ptr<vireline::WritableFile> file;
+  ASSERT_TRUE(Env::Current()->NewWritableFile("/QV/f", &file).ok());
   mEnv->FailAfter(FaultInjectionEnv::kWrite, 3, ENOSPC);
-  EXPECT_EQ(std::putc('a', stream), 'a');
-  EXPECT_EQ(std::putc('b', stream), 'b');
-  EXPECT_EQ(std::putc('c', stream), 'c');
-  EXPECT_EQ(std::putc('d', stream), EOF);
-  EXPECT_TRUE(Env::Current()->CloseStream(stream).ok());
+  EXPECT_EQ(file->Append("abcd", 4).error(), ENOSPC);
+  EXPECT_EQ(mEnv->Calls(FaultInjectionEnv::kWrite), 4);
+  EXPECT_TRUE(file->Close().ok());
   EXPECT_EQ(ReadFile("/QV/f"), "abc");
 }
 
 TEST_F(FaultInjectionEnvTest, ReadsCanFail) {
   WriteFile("/QV/f", "abc");
-  FILE* stream = nullptr;
-  ASSERT_TRUE(Env::Current()->OpenStream("/QV/f", "r", &stream).ok());
-  EXPECT_EQ(std::getc(stream), 'a');
+  std::unique_ptr<vireline::SequentialFile> file;
+  ASSERT_TRUE(Env::Current()->NewSequentialFile("/QV/f", &file).ok());
+  char bytes[3];
+  size_t got = 0;
+  EXPECT_TRUE(file->Read(sizeof bytes, bytes, &got).ok());
+  EXPECT_EQ(std::string(bytes, got), "a");  // a byte at a time
   mEnv->FailAfter(FaultInjectionEnv::kRead, 0, EIO);
-  EXPECT_EQ(std::getc(stream), EOF);
-  EXPECT_TRUE(std::ferror(stream));
-  Env::Current()->CloseStream(stream);
-}
-
-TEST_F(FaultInjectionEnvTest, SeekingWorksThroughTheWrapper) {
-  WriteFile("/QV/f", "abcdef");
-  FILE* stream = nullptr;
-  ASSERT_TRUE(Env::Current()->OpenStream("/QV/f", "r", &stream).ok());
-  ASSERT_EQ(std::fseek(stream, 3, SEEK_SET), 0);
-  EXPECT_EQ(std::getc(stream), 'd');
-  EXPECT_EQ(std::ftell(stream), 4);
-  Env::Current()->CloseStream(stream);
+  EXPECT_EQ(file->Read(sizeof bytes, bytes, &got).error(), EIO);
+  EXPECT_EQ(got, 0u);
 }
 
 TEST_F(FaultInjectionEnvTest, FailedCloseStillReleasesTheFile) {
+  MakeDirs("/QV");
+  std::unique_ptr<vireline::WritableFile> file;
+  ASSERT_TRUE(Env::Current()->NewWritableFile("/QV/f", &file).ok());
+  file->Append("data", 4);
+  mEnv->FailAfter(FaultInjectionEnv::kClose, 0, EIO);
+  EXPECT_EQ(file->Close().error(), EIO);
+  EXPECT_EQ(ReadFile("/QV/f"), "data");
+}
+
+TEST_F(FaultInjectionEnvTest, AClientsStreamIsClosedEvenWhenTheCloseFails) {
   MakeDirs("/QV");
   FILE* stream = nullptr;
   ASSERT_TRUE(Env::Current()->OpenStream("/QV/f", "w", &stream).ok());
@@ -81,14 +84,14 @@ TEST_F(FaultInjectionEnvTest, FailedCloseStillReleasesTheFile) {
   EXPECT_EQ(ReadFile("/QV/f"), "data");
 }
 
-TEST_F(FaultInjectionEnvTest, EraseOfAWrappedStreamReachesTheFile) {
+TEST_F(FaultInjectionEnvTest, EraseReachesTheFile) {
   WriteFile("/dev/mtd0", std::string(8, 'x'));
-  FILE* stream = nullptr;
-  ASSERT_TRUE(Env::Current()->OpenStream("/dev/mtd0", "r+", &stream).ok());
-  EXPECT_TRUE(Env::Current()->EraseFlash(stream, 0, 8).ok());
+  std::unique_ptr<vireline::RandomRWFile> file;
+  ASSERT_TRUE(Env::Current()->NewRandomRWFile("/dev/mtd0", &file).ok());
+  EXPECT_TRUE(file->Erase(0, 8).ok());
   mEnv->FailAfter(FaultInjectionEnv::kErase, 0, EIO);
-  EXPECT_FALSE(Env::Current()->EraseFlash(stream, 0, 8).ok());
-  Env::Current()->CloseStream(stream);
+  EXPECT_FALSE(file->Erase(0, 8).ok());
+  file.reset();
   EXPECT_EQ(ReadFile("/dev/mtd0"), std::string(8, '\xFF'));
 }
 

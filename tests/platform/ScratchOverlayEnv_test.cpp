@@ -13,7 +13,6 @@
 #include <vireline/Platform.h>
 
 #include "DeviceRootTest.h"
-#include "platform/DeviceStream.h"
 
 namespace {
 
@@ -49,11 +48,9 @@ class ScratchOverlayEnvTest : public DeviceRootTest {
   // The content of device file `path` as seen through the overlay.
   std::string ReadThrough(const std::string& path) {
     vireline::Env::SetCurrent(overlay.get());
-    vireline::DeviceStream in(path.c_str(), "rb");
+    std::unique_ptr<vireline::SequentialFile> in;
     std::string content;
-    char buffer[256];
-    size_t got;
-    while (in.ok() && (got = fread(buffer, 1, sizeof buffer, in.get())) > 0) content.append(buffer, got);
+    if (overlay->NewSequentialFile(path, &in).ok()) vireline::ReadToString(in.get(), 1 << 20, &content);
     vireline::Env::SetCurrent(nullptr);
     return content;
   }
