@@ -36,7 +36,7 @@ set(VIRELINE_AREA_HEADERS_milestones CMilestones.h Dataset.h)
 # The sources of each area. A new file is added here by hand.
 set(VIRELINE_AREA_SOURCES_platform
   AtomicFile.cpp DeviceRoot.cpp DeviceRootEnv.cpp DeviceStream.cpp Env.cpp FileDescriptor.cpp PlatformDebug.cpp
-  PlatformIdentity.cpp PlatformKernel.cpp PosixEnv.cpp Result.cpp ScratchOverlayEnv.cpp)
+  PlatformIdentity.cpp PlatformKernel.cpp PosixEnv.cpp Result.cpp RootResolver.cpp ScratchOverlayEnv.cpp)
 set(VIRELINE_AREA_SOURCES_files
   CFileIO.cpp CFileUtils.cpp CMetaInfFile.cpp COrvoInterface.cpp CPkgPathBase.cpp CProfileDscFile.cpp
   CSettingsCfgFile.cpp DirConfigTables.cpp DoomMarker.cpp UnreadableFiles.cpp)
