@@ -133,14 +133,14 @@ Result DeviceRootEnv::RemoveFile(const std::string& path) {
   return OnHostPath(path, kKeep, [&](const std::string& host) { return target()->RemoveFile(host); });
 }
 Result DeviceRootEnv::Rename(const std::string& from, const std::string& to) {
-  return OnHostPath(from, kKeep, [&](const std::string& hostFrom) {
-    std::string hostTo = to;  // the thread's buffer holds hostFrom
-    if (!CurrentDeviceRoot().empty() && !to.empty()) {
-      Result resolved = ResolveBelowRoot(CurrentDeviceRoot(), to, kKeep, &hostTo);
-      if (!resolved.ok()) return resolved;
-    }
-    return target()->Rename(hostFrom, hostTo);
-  });
+  const std::string& root = CurrentDeviceRoot();
+  if (root.empty()) return target()->Rename(from, to);
+  if (from.empty() || to.empty()) return Result::Error(ENOENT);
+  std::string hostFrom;
+  std::string hostTo;
+  Result resolved = ResolveRenameBelowRoot(root, from, to, &hostFrom, &hostTo);
+  if (!resolved.ok()) return resolved;
+  return target()->Rename(hostFrom, hostTo);
 }
 Result DeviceRootEnv::ChangeMode(const std::string& path, uint32_t mode) {
   return OnHostPath(path, kFollow, [&](const std::string& host) { return target()->ChangeMode(host, mode); });

@@ -186,6 +186,14 @@ bool SettledByKernel(const std::string& root, const std::string& devicePath, Las
   return true;
 }
 
+// True when device paths `from` and `to` name two entries of the same folder.
+bool InOneFolder(const std::string& from, const std::string& to) {
+  size_t slash = from.rfind('/');
+  if (slash == std::string::npos || slash != to.rfind('/')) return false;
+  if (slash + 1 == from.size() || slash + 1 == to.size()) return false;
+  return from.compare(0, slash, to, 0, slash) == 0;
+}
+
 }  // namespace
 
 Result ResolveBelowRoot(const std::string& root, const std::string& devicePath, LastComponent last,
@@ -197,6 +205,21 @@ Result ResolveBelowRoot(const std::string& root, const std::string& devicePath, 
   Result outcome;
   if (SettledByKernel(root, devicePath, last, host, &outcome)) return outcome;
   return RootWalk(root, last, host).Run(devicePath);
+}
+
+Result ResolveRenameBelowRoot(const std::string& root, const std::string& from, const std::string& to,
+                              std::string* hostFrom, std::string* hostTo) {
+  bool shared = InOneFolder(from, to) && !HasDotDot(from) && !HasDotDot(to);
+  if (shared && gKernelChecks.load(std::memory_order_relaxed)) {
+    MapBelowRootInto(root, from, hostFrom);
+    MapBelowRootInto(root, to, hostTo);
+    int error = OpenWithoutLinks(hostFrom->substr(0, hostFrom->rfind('/')), O_PATH);
+    // No link up to the folder, and neither last component is followed.
+    if (!KernelCannotTell(error) && (error == 0 || error == ENOENT || error == ENOTDIR)) return Result::Ok();
+  }
+  Result resolved = ResolveBelowRoot(root, from, LastComponent::kKeep, hostFrom);
+  if (!resolved.ok()) return resolved;
+  return ResolveBelowRoot(root, to, LastComponent::kKeep, hostTo);
 }
 
 bool ProbeBelowRoot(const std::string& root, const std::string& devicePath, bool* opens) {

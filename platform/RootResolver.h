@@ -27,6 +27,12 @@ enum class LastComponent {
 Result ResolveBelowRoot(const std::string& root, const std::string& devicePath, LastComponent last,
                         std::string* host);
 
+// Sets *hostFrom and *hostTo to the host paths of a rename's two device
+// paths, each resolved as for kKeep. When both name entries of one folder (an
+// atomic replace) the kernel checks that folder once for both.
+Result ResolveRenameBelowRoot(const std::string& root, const std::string& from, const std::string& to,
+                              std::string* hostFrom, std::string* hostTo);
+
 // Whether `devicePath` below `root` opens for reading, answered by one open
 // and close of its plain mapping when the kernel can vouch that no link is on
 // the way: true with *opens set; false when only ResolveBelowRoot can tell.
