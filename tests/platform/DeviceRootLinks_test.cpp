@@ -12,7 +12,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -21,6 +20,7 @@
 #include <vireline/Platform.h>
 
 #include "DeviceRootTest.h"
+#include "OutsideFolder.h"
 #include "platform/Env.h"
 
 namespace fs = std::filesystem;
@@ -28,13 +28,6 @@ namespace fs = std::filesystem;
 namespace {
 
 const char kHostBytes[] = "host file: must never be read or written";
-
-std::string HostContent(const std::string& hostPath) {
-  std::ifstream in(hostPath, std::ios::binary);
-  std::ostringstream content;
-  content << in.rdbuf();
-  return content.str();
-}
 
 vireline::Env* env() { return vireline::Env::Current(); }
 
@@ -44,16 +37,8 @@ class DeviceRootLinksTest : public DeviceRootTest {
  protected:
   void SetUp() override {
     DeviceRootTest::SetUp();
-    std::string pattern = (fs::temp_directory_path() / "vireline-outside-XXXXXX").string();
-    ASSERT_NE(mkdtemp(&pattern[0]), nullptr);
-    mOutside = pattern;
-    std::ofstream(mOutside + "/host.txt", std::ios::binary) << kHostBytes;
-  }
-
-  void TearDown() override {
-    std::error_code ignored;
-    fs::remove_all(mOutside, ignored);
-    DeviceRootTest::TearDown();
+    mOutside = mFolder.path();
+    mFolder.Write("host.txt", kHostBytes);
   }
 
   // The host file outside the image.
@@ -69,7 +54,7 @@ class DeviceRootLinksTest : public DeviceRootTest {
   bool OutsideUntouched() const {
     std::vector<std::string> names;
     for (const auto& entry : fs::directory_iterator(mOutside)) names.push_back(entry.path().filename());
-    return names == std::vector<std::string>{"host.txt"} && HostContent(OutsideFile()) == kHostBytes;
+    return names == std::vector<std::string>{"host.txt"} && OutsideFolder::Content(OutsideFile()) == kHostBytes;
   }
 
   // The content of device file `path` read through the library, or "error N".
@@ -95,7 +80,8 @@ class DeviceRootLinksTest : public DeviceRootTest {
 
   static std::string Error(int error) { return "error " + std::to_string(error); }
 
-  std::string mOutside;  // a host folder beside the image
+  OutsideFolder mFolder;
+  std::string mOutside;  // the host folder beside the image
 };
 
 TEST_F(DeviceRootLinksTest, AnAbsoluteLinkTargetIsTakenFromTheRoot) {
@@ -286,11 +272,11 @@ TEST_F(DeviceRootLinksTest, AManufacturingPartitionLinkNeverReachesAHostFile) {
   unsigned char buffer[4096] = {};
   EXPECT_EQ(partition.ReadAll(buffer), kMfgReadFailed);
   EXPECT_EQ(partition.WriteAll(buffer), kMfgWriteFailed);
-  EXPECT_EQ(HostContent(OutsideFile()), record);
+  EXPECT_EQ(OutsideFolder::Content(OutsideFile()), record);
   WriteFile(OutsideFile(), std::string(4096, '\x11'));  // the image's own file of that path
   EXPECT_EQ(partition.WriteAll(buffer), kMfgSuccess);
   EXPECT_EQ(ReadFile(OutsideFile()), std::string(4096, '\0'));
-  EXPECT_EQ(HostContent(OutsideFile()), record);
+  EXPECT_EQ(OutsideFolder::Content(OutsideFile()), record);
 }
 
 TEST_F(DeviceRootLinksTest, ACommandLinkedToAHostProgramNeverRunsIt) {
@@ -317,5 +303,5 @@ TEST_F(DeviceRootLinksTest, OnTheRealRootLinksAreFollowedAsOnADevice) {
   EXPECT_EQ(Read(mOutside + "/absolute"), kHostBytes);
   EXPECT_EQ(Read(mOutside + "/relative"), kHostBytes);
   EXPECT_EQ(Write(mOutside + "/absolute", "written"), 0);
-  EXPECT_EQ(HostContent(OutsideFile()), "written");
+  EXPECT_EQ(OutsideFolder::Content(OutsideFile()), "written");
 }

@@ -5,22 +5,14 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 
+#include "OutsideFolder.h"
 #include "tools/SampleImageTest.h"
 
 namespace fs = std::filesystem;
 
 namespace {
-
-std::string HostContent(const std::string& hostPath) {
-  std::ifstream in(hostPath, std::ios::binary);
-  std::ostringstream content;
-  content << in.rdbuf();
-  return content.str();
-}
 
 bool Contains(const std::string& text, const std::string& what) { return text.find(what) != std::string::npos; }
 
@@ -28,23 +20,9 @@ bool Contains(const std::string& text, const std::string& what) { return text.fi
 
 class ImageLinksTest : public SampleImageTest {
  protected:
-  void SetUp() override {
-    SampleImageTest::SetUp();
-    std::string pattern = (fs::temp_directory_path() / "vireline-outside-XXXXXX").string();
-    ASSERT_NE(mkdtemp(&pattern[0]), nullptr);
-    mOutside = pattern;
-  }
-
-  void TearDown() override {
-    std::error_code ignored;
-    fs::remove_all(mOutside, ignored);
-    SampleImageTest::TearDown();
-  }
-
   // Writes host file `name` in the folder outside the image; its path.
   std::string Outside(const std::string& name, const std::string& content) const {
-    std::ofstream(mOutside + "/" + name, std::ios::binary) << content;
-    return mOutside + "/" + name;
+    return mFolder.Write(name, content);
   }
 
   // Replaces device path `path` by a symbolic link to `target`.
@@ -53,7 +31,8 @@ class ImageLinksTest : public SampleImageTest {
     ASSERT_EQ(::symlink(target.c_str(), Host(path).c_str()), 0) << path;
   }
 
-  std::string mOutside;  // a host folder beside the image
+  OutsideFolder mFolder;
+  const std::string& mOutside = mFolder.path();  // the host folder beside the image
 };
 
 TEST_F(ImageLinksTest, KvOfALinkToAHostFileReadsNothingOutside) {
@@ -77,7 +56,7 @@ TEST_F(ImageLinksTest, MfgSetNeverRewritesAHostFileLinkedAsAPartition) {
   std::string host = Outside("mtd3", record);
   Link(host, "/dev/mtd3");
   Run("mfg set locale fr-fr --mfg-mode --trust-image");
-  EXPECT_EQ(HostContent(host), record);
+  EXPECT_EQ(OutsideFolder::Content(host), record);
 }
 
 TEST_F(ImageLinksTest, MfgSetNeverWritesThroughAPartitionFolderLink) {
@@ -89,8 +68,8 @@ TEST_F(ImageLinksTest, MfgSetNeverWritesThroughAPartitionFolderLink) {
   Link(mOutside, "/dev");
   InspectorRun run = Run("mfg set locale fr-fr --mfg-mode --trust-image");
   EXPECT_NE(run.exitStatus, 0);
-  EXPECT_EQ(HostContent(host0), copy0);
-  EXPECT_EQ(HostContent(host1), copy1);
+  EXPECT_EQ(OutsideFolder::Content(host0), copy0);
+  EXPECT_EQ(OutsideFolder::Content(host1), copy1);
 }
 
 TEST_F(ImageLinksTest, MfgModeNeverRunsAHostScriptLinkedIntoTheImage) {
@@ -123,5 +102,5 @@ TEST_F(ImageLinksTest, ChecksumWriteNeverWritesAHostFile) {
   std::string host = Outside("check.crc", "keep");
   Link(host, "/QV/Bulk/check.crc");
   Run("checksum /QV/Bulk/check.txt --write /QV/Bulk/check.crc");
-  EXPECT_EQ(HostContent(host), "keep");
+  EXPECT_EQ(OutsideFolder::Content(host), "keep");
 }
