@@ -1,5 +1,8 @@
 // Resolves device paths below a device root as if the root were "/", so that
-// neither ".." nor a symbolic link inside a device image leads out of it.
+// neither ".." nor a symbolic link inside a device image leads out of it. The
+// result is a host path the operation then uses: an image whose links change
+// between the two steps (another process at work on it) is not guarded
+// against, a copied or hostile image as it lies is.
 #ifndef VIRELINE_PLATFORM_ROOTRESOLVER_H_
 #define VIRELINE_PLATFORM_ROOTRESOLVER_H_
 
