@@ -2,7 +2,8 @@
 # Counts the file-system calls of single asset lookups: runs `vireline find`
 # under strace on a copy of the sample device image and reports, per lookup,
 # the calls that touch the asset's candidate files (expected: one open per
-# candidate tried, one close for the file found, and no stat of any kind),
+# candidate tried, an openat2 that refuses links as the image is a device
+# root, one close for the file found, and no stat of any kind),
 # then strace's own summary of the whole process.
 #   bench/count-lookup-syscalls.sh [BUILD_DIR]   (default: build-plain)
 set -euo pipefail
@@ -32,7 +33,7 @@ lookup() {
   # The candidate files are the ones whose name holds the asset's (or its placeholder's) name;
   # -y shows the file behind every descriptor, so closes and fstats are matched by name too.
   local opens stats closes
-  opens=$(grep -cE "open(at)?\(.*($pattern)\"" "$log" || true)
+  opens=$(grep -cE "open(at2?)?\(.*($pattern)\"" "$log" || true)
   stats=$(grep -cE "(stat|statx|access|faccessat|readlink)[a-z0-9]*\(.*($pattern)" "$log" || true)
   closes=$(grep -cE "close\([0-9]+<.*($pattern)>\)" "$log" || true)
   printf '%-48s opens %2d  stats %d  closes %d\n' "$description" "$opens" "$stats" "$closes"

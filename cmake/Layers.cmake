@@ -37,7 +37,7 @@ set(VIRELINE_AREA_HEADERS_milestones CMilestones.h Dataset.h)
 set(VIRELINE_AREA_SOURCES_platform
   AtomicFile.cpp BufferedReader.cpp DeviceFiles.cpp DeviceRoot.cpp DeviceRootEnv.cpp Env.cpp FileDescriptor.cpp FileOpenWatch.cpp
   FormattedWrite.cpp HostPaths.cpp PlatformDebug.cpp PlatformIdentity.cpp PlatformKernel.cpp PosixEnv.cpp PosixFiles.cpp
-  Result.cpp ScopedEnv.cpp ScratchOverlay.cpp ScratchOverlayEnv.cpp StreamCalls.cpp)
+  Result.cpp RootResolver.cpp ScopedEnv.cpp ScratchOverlay.cpp ScratchOverlayEnv.cpp StreamCalls.cpp)
 set(VIRELINE_AREA_SOURCES_files
   CFileIO.cpp CFileUtils.cpp CMetaInfFile.cpp COrvoInterface.cpp CPkgPathBase.cpp CProfileDscFile.cpp
   CSettingsCfgFile.cpp DirConfigTables.cpp DoomMarker.cpp UnreadableFiles.cpp)

@@ -38,7 +38,9 @@ class DeviceRootEnv : public EnvWrapper {
 };
 
 // `command` with its first word mapped into the device root when it is an
-// absolute device path (quoted for the shell); otherwise unchanged.
+// absolute device path (quoted for the shell, links resolved inside the root);
+// otherwise unchanged. Empty when that path cannot be resolved (a link loop,
+// a missing folder on the way).
 std::string MapDeviceCommand(const std::string& command);
 
 }  // namespace vireline

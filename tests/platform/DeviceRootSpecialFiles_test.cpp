@@ -37,10 +37,17 @@ TEST_F(DeviceRootSpecialFilesTest, AFifoIsRefusedWithoutWaitingForAWriter) {
   EXPECT_EQ(OpenError("/QV/Bulk/settings.cfg"), ENXIO);
 }
 
-TEST_F(DeviceRootSpecialFilesTest, ALinkToADeviceNodeIsRefused) {
+TEST_F(DeviceRootSpecialFilesTest, ALinkToAFifoIsRefused) {
+  MakeFifo("/var/run/pipe");
+  MakeDirs("/QV/Bulk");
+  ASSERT_EQ(::symlink("/var/run/pipe", Host("/QV/Bulk/settings.cfg").c_str()), 0);
+  EXPECT_EQ(OpenError("/QV/Bulk/settings.cfg"), ENXIO);
+}
+
+TEST_F(DeviceRootSpecialFilesTest, ALinkToADeviceNodeNamesTheImagesFileOfThatPath) {
   MakeDirs("/QV/Bulk");
   ASSERT_EQ(::symlink("/dev/urandom", Host("/QV/Bulk/settings.cfg").c_str()), 0);
-  EXPECT_EQ(OpenError("/QV/Bulk/settings.cfg"), ENXIO);
+  EXPECT_EQ(OpenError("/QV/Bulk/settings.cfg"), ENOENT);  // the image holds no /dev/urandom
 }
 
 TEST_F(DeviceRootSpecialFilesTest, RegularFilesAndMissingOnesAreAsBefore) {

@@ -1,0 +1,236 @@
+#include "platform/RootResolver.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+#if defined(SYS_openat2) && __has_include(<linux/openat2.h>)
+#include <linux/openat2.h>
+#define VIRELINE_HAVE_OPENAT2 1
+#endif
+
+#include "platform/DeviceRoot.h"
+
+namespace vireline {
+namespace {
+
+// As the kernel's own limit, so a chain that works on a device works here and
+// a loop ends.
+constexpr int kMaxLinks = 40;
+
+// Cleared once the kernel turns out to lack openat2 (older kernels, qemu-user):
+// from then on every path is walked in user space.
+std::atomic<bool> gKernelChecks{true};
+
+// The host path of each thread's latest probe: lookups probe all the time, and
+// reusing one string spares them an allocation each.
+thread_local std::string tProbeHost;
+
+// Opens host path `host` with `flags` refusing every symbolic link on the way
+// (the last one too unless `flags` has O_NOFOLLOW) and closes it again: 0 when
+// it opened, ELOOP when a link was met, the open's error otherwise. Two system
+// calls when the path opens, one when it does not.
+int OpenWithoutLinks(const std::string& host, int flags) {
+#ifdef VIRELINE_HAVE_OPENAT2
+  struct open_how how;
+  std::memset(&how, 0, sizeof how);
+  how.flags = static_cast<uint64_t>(flags | O_CLOEXEC);
+  how.resolve = RESOLVE_NO_SYMLINKS;
+  long fd = ::syscall(SYS_openat2, AT_FDCWD, host.c_str(), &how, sizeof how);
+  if (fd < 0) return errno;
+  ::close(static_cast<int>(fd));
+  return 0;
+#else
+  (void)host;
+  (void)flags;
+  return ENOSYS;
+#endif
+}
+
+// True when the kernel could not walk the path as asked: no openat2 (ENOSYS,
+// or EPERM from a sandbox), flags it does not know, or a link on the way.
+bool KernelCannotTell(int error) {
+  if (error == ENOSYS) gKernelChecks.store(false, std::memory_order_relaxed);
+  return error == ELOOP || error == ENOSYS || error == EPERM || error == EINVAL || error == E2BIG;
+}
+
+// True when `path` has a ".." component. The kernel takes ".." after a link
+// from the link's target, so such paths are walked in user space.
+bool HasDotDot(const std::string& path) {
+  for (size_t found = path.find(".."); found != std::string::npos; found = path.find("..", found + 1)) {
+    bool starts = found == 0 || path[found - 1] == '/';
+    bool ends = found + 2 == path.size() || path[found + 2] == '/';
+    if (starts && ends) return true;
+  }
+  return false;
+}
+
+// Pushes the components of `path` on `pending` so the first comes out first;
+// empty and "." components are left out.
+void PushComponents(const std::string& path, std::vector<std::string>* pending) {
+  size_t end = path.size();
+  while (end > 0) {
+    size_t slash = path.rfind('/', end - 1);
+    size_t start = slash == std::string::npos ? 0 : slash + 1;
+    std::string part = path.substr(start, end - start);
+    if (!part.empty() && part != ".") pending->push_back(std::move(part));
+    if (slash == std::string::npos) break;
+    end = slash;
+  }
+}
+
+// The target of the link at host path `link`, whose lstat gave `size`.
+Result ReadLink(const std::string& link, size_t size, std::string* target) {
+  std::vector<char> buffer(size + 1 > 256 ? size + 1 : 256);
+  for (;;) {
+    ssize_t length = ::readlink(link.c_str(), buffer.data(), buffer.size());
+    if (length < 0) return Result::Error(errno);
+    if (static_cast<size_t>(length) < buffer.size()) {
+      target->assign(buffer.data(), static_cast<size_t>(length));
+      return target->empty() ? Result::Error(ENOENT) : Result::Ok();
+    }
+    buffer.resize(buffer.size() * 2);  // the link grew since its lstat
+  }
+}
+
+// The walk in user space, one lstat per component and a readlink per link,
+// for paths the kernel did not vouch for.
+class RootWalk {
+ public:
+  RootWalk(const std::string& root, LastComponent last, std::string* host)
+      : mRoot(root), mLast(last), mHost(host) {}
+
+  Result Run(const std::string& devicePath) {
+    PushComponents(devicePath, &mPending);
+    mHost->assign(mRoot);
+    while (!mPending.empty()) {
+      std::string part = std::move(mPending.back());
+      mPending.pop_back();
+      Result step = part == ".." ? Up() : Enter(part);
+      if (!step.ok()) return step;
+    }
+    if (mHost->size() == mRoot.size() || (!devicePath.empty() && devicePath.back() == '/')) mHost->push_back('/');
+    return Result::Ok();
+  }
+
+ private:
+  // ".." takes the folder resolved so far one step up, never above the root.
+  Result Up() {
+    if (!mStarts.empty()) DropLast();
+    return Result::Ok();
+  }
+
+  void DropLast() {
+    mHost->resize(mStarts.back());
+    mStarts.pop_back();
+  }
+
+  Result Enter(const std::string& part) {
+    mStarts.push_back(mHost->size());
+    mHost->append("/").append(part);
+    bool isLast = mPending.empty();
+    if (isLast && mLast == LastComponent::kKeep) return Result::Ok();
+    struct stat64 st;
+    if (::lstat64(mHost->c_str(), &st) != 0) {
+      int error = errno;
+      if (error == ENOENT && isLast && mLast == LastComponent::kFollowOrCreate) return Result::Ok();
+      return Result::Error(error);
+    }
+    if (S_ISLNK(st.st_mode)) return Follow(static_cast<size_t>(st.st_size));
+    return isLast || S_ISDIR(st.st_mode) ? Result::Ok() : Result::Error(ENOTDIR);
+  }
+
+  // Replaces the link just entered by its target, taken from the root when absolute.
+  Result Follow(size_t size) {
+    if (++mLinks > kMaxLinks) return Result::Error(ELOOP);
+    std::string target;
+    Result read = ReadLink(*mHost, size, &target);
+    if (!read.ok()) return read;
+    DropLast();
+    if (target[0] == '/') {
+      mHost->resize(mRoot.size());
+      mStarts.clear();
+    }
+    PushComponents(target, &mPending);
+    return Result::Ok();
+  }
+
+  const std::string& mRoot;
+  const LastComponent mLast;
+  std::string* const mHost;
+  std::vector<std::string> mPending;  // components still to walk, the next one last
+  std::vector<size_t> mStarts;        // where each component walked so far starts in *mHost
+  int mLinks = 0;
+};
+
+// Asks the kernel whether the plain mapping of `devicePath` is its host path.
+// True when that settles it: *host is the mapping and *outcome the
+// operation's error or Ok. False when a link (or no answer) needs the walk.
+bool SettledByKernel(const std::string& root, const std::string& devicePath, LastComponent last,
+                     std::string* host, Result* outcome) {
+  if (!gKernelChecks.load(std::memory_order_relaxed) || HasDotDot(devicePath)) return false;
+  MapBelowRootInto(root, devicePath, host);
+  int error = OpenWithoutLinks(*host, last == LastComponent::kKeep ? O_PATH | O_NOFOLLOW : O_PATH);
+  if (KernelCannotTell(error)) return false;
+  if (error != 0 && error != ENOENT && error != ENOTDIR) return false;  // the operation decides
+  // No link before the walk's end; a missing path fails reads as it would anyway.
+  bool fails = error != 0 && last == LastComponent::kFollowExisting;
+  *outcome = fails ? Result::Error(error) : Result::Ok();
+  return true;
+}
+
+// True when device paths `from` and `to` name two entries of the same folder.
+bool InOneFolder(const std::string& from, const std::string& to) {
+  size_t slash = from.rfind('/');
+  if (slash == std::string::npos || slash != to.rfind('/')) return false;
+  if (slash + 1 == from.size() || slash + 1 == to.size()) return false;
+  return from.compare(0, slash, to, 0, slash) == 0;
+}
+
+}  // namespace
+
+Result ResolveBelowRoot(const std::string& root, const std::string& devicePath, LastComponent last,
+                        std::string* host) {
+  // A trailing slash makes the kernel follow the last link whatever the operation.
+  if (!devicePath.empty() && devicePath.back() == '/' && last == LastComponent::kKeep) {
+    last = LastComponent::kFollowOrCreate;
+  }
+  Result outcome;
+  if (SettledByKernel(root, devicePath, last, host, &outcome)) return outcome;
+  return RootWalk(root, last, host).Run(devicePath);
+}
+
+Result ResolveRenameBelowRoot(const std::string& root, const std::string& from, const std::string& to,
+                              std::string* hostFrom, std::string* hostTo) {
+  bool shared = InOneFolder(from, to) && !HasDotDot(from) && !HasDotDot(to);
+  if (shared && gKernelChecks.load(std::memory_order_relaxed)) {
+    MapBelowRootInto(root, from, hostFrom);
+    MapBelowRootInto(root, to, hostTo);
+    int error = OpenWithoutLinks(hostFrom->substr(0, hostFrom->rfind('/')), O_PATH);
+    // No link up to the folder, and neither last component is followed.
+    if (!KernelCannotTell(error) && (error == 0 || error == ENOENT || error == ENOTDIR)) return Result::Ok();
+  }
+  Result resolved = ResolveBelowRoot(root, from, LastComponent::kKeep, hostFrom);
+  if (!resolved.ok()) return resolved;
+  return ResolveBelowRoot(root, to, LastComponent::kKeep, hostTo);
+}
+
+bool ProbeBelowRoot(const std::string& root, const std::string& devicePath, bool* opens) {
+  if (!gKernelChecks.load(std::memory_order_relaxed) || HasDotDot(devicePath)) return false;
+  std::string& host = tProbeHost;
+  MapBelowRootInto(root, devicePath, &host);
+  // Without waiting: a FIFO where a file is looked for must not stop the lookup.
+  int error = OpenWithoutLinks(host, O_RDONLY | O_NONBLOCK);
+  if (KernelCannotTell(error)) return false;
+  *opens = error == 0;
+  return true;
+}
+
+}  // namespace vireline
