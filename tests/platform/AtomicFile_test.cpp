@@ -5,6 +5,7 @@
 #include <vireline/Platform.h>
 
 #include "DeviceRootTest.h"
+#include "platform/AtomicFile.h"
 #include "platform/FaultInjectionEnv.h"
 
 using vireline::FaultInjectionEnv;
@@ -130,4 +131,48 @@ TEST_F(AtomicFileTest, TwoWritersEachReplaceWholeAndTheLastCloseWins) {
   ASSERT_EQ(fcloseAtomic(second), 0);
   ASSERT_EQ(fcloseAtomic(first), 0);
   EXPECT_EQ(ReadFile("/QV/a.cfg"), "first");
+}
+
+TEST_F(AtomicFileTest, AppendModeCreatesAMissingTarget) {
+  MakeDirs("/QV");
+  FILE* stream = fopenAtomic("/QV/new.log", "a");
+  ASSERT_NE(stream, nullptr);
+  std::fputs("first", stream);
+  ASSERT_EQ(fcloseAtomic(stream), 0);
+  EXPECT_EQ(ReadFile("/QV/new.log"), "first");
+}
+
+TEST_F(AtomicFileTest, AppendingToAFolderFailsAndLeavesNoTemporary) {
+  MakeDirs("/QV/folder");
+  EXPECT_EQ(fopenAtomic("/QV/folder", "a"), nullptr);
+  EXPECT_EQ(List("/QV"), std::vector<std::string>{"folder"});
+}
+
+TEST_F(AtomicFileTest, TemporaryNamesTakenEveryTimeFailTheOpen) {
+  FaultInjectionEnv faults(vireline::Env::Default());
+  faults.FailAfter(FaultInjectionEnv::kOpen, 0, EEXIST);
+  vireline::Env::SetCurrent(&faults);
+  EXPECT_EQ(fopenAtomic("/QV/a.cfg", "w"), nullptr);
+  vireline::Env::SetCurrent(nullptr);
+  EXPECT_EQ(faults.Calls(FaultInjectionEnv::kOpen), 100);
+}
+
+TEST_F(AtomicFileTest, AbandoningDropsTheTemporaryAndKeepsTheTarget) {
+  WriteFile("/QV/a.cfg", "old");
+  FILE* stream = fopenAtomic("/QV/a.cfg", "w");
+  ASSERT_NE(stream, nullptr);
+  std::fputs("new", stream);
+  vireline::AbandonAtomic(stream);
+  EXPECT_EQ(ReadFile("/QV/a.cfg"), "old");
+  EXPECT_EQ(List("/QV"), std::vector<std::string>{"a.cfg"});
+  vireline::AbandonAtomic(nullptr);  // nothing to do
+}
+
+TEST_F(AtomicFileTest, AbandoningAPlainStreamJustClosesIt) {
+  WriteFile("/QV/a.cfg", "old");
+  FILE* stream = nullptr;
+  ASSERT_TRUE(vireline::Env::Current()->OpenStream("/QV/a.cfg", "ab", &stream).ok());
+  std::fputs("+", stream);
+  vireline::AbandonAtomic(stream);
+  EXPECT_EQ(ReadFile("/QV/a.cfg"), "old+");
 }
