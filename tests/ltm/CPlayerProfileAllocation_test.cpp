@@ -1,7 +1,5 @@
 // A profile whose file objects cannot be allocated: the assertions, then the
-// defaults. The allocations are failed through the non-throwing operator new,
-// which this test program replaces; it behaves as the standard one unless a
-// test arms it.
+// defaults. The allocations are failed through the non-throwing operator new.
 #include <gtest/gtest.h>
 
 #include <new>
@@ -9,23 +7,8 @@
 
 #include <vireline/CPlayerProfile.h>
 
+#include "FailingAllocation.h"
 #include "ltm/PlayerProfileTest.h"
-
-namespace {
-
-// How many more non-throwing allocations succeed before one fails; -1: none fails.
-int gNothrowCountdown = -1;
-
-}  // namespace
-
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  if (gNothrowCountdown >= 0 && gNothrowCountdown-- == 0) return nullptr;
-  try {
-    return ::operator new(size);
-  } catch (...) {
-    return nullptr;
-  }
-}
 
 using LTM::CPlayerProfile;
 
@@ -41,16 +24,16 @@ class CPlayerProfileAllocationTest : public PlayerProfileTest {
   }
 
   void TearDown() override {
-    gNothrowCountdown = -1;
+    StopFailingNothrowAllocations();
     PlayerProfileTest::TearDown();
   }
 
   // A profile of slot 0 whose `failing`-th non-throwing allocation (0: the container) fails.
   static CPlayerProfile* ProfileFailingAllocation(int failing) {
     CPlayerProfile* profile = nullptr;
-    gNothrowCountdown = failing;
+    FailNothrowAllocationAfter(failing);
     profile = new CPlayerProfile(0);
-    gNothrowCountdown = -1;
+    StopFailingNothrowAllocations();
     return profile;
   }
 };
