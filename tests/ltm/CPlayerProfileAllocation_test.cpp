@@ -95,3 +95,41 @@ TEST_F(CPlayerProfileAllocationTest, WithoutAContainerEveryOperationGivesItsDefa
   EXPECT_TRUE(Exists(PrivatePath(0)));
   EXPECT_EQ(ReadFile(SharedPath(0)).substr(0, 9), "Name=Ann\n");
 }
+
+TEST_F(CPlayerProfileAllocationTest, WithoutTheSharedFileItsCountersCannotBeSet) {
+  CPlayerProfile* profile = ProfileFailingAllocation(1);
+  EXPECT_EQ(profile->GetBitz(), 0u);
+  EXPECT_FALSE(profile->SetGrade(3));
+  EXPECT_FALSE(profile->SetBitz(10));
+  EXPECT_FALSE(profile->SetNumLoginsSinceLastConnect(2));
+  delete profile;
+  EXPECT_EQ(ReadFile(SharedPath(0)), "Name=Ann\nID=0x00000003\nGrade=0x00000002\nPoints=0x00000005\n"
+                                     "NumLoginsSinceLastConnect=0x00000001\n");
+}
+
+TEST_F(CPlayerProfileAllocationTest, WithoutThePrivateFileTheLastShownBookCannotBeSet) {
+  CPlayerProfile* profile = ProfileFailingAllocation(2);
+  EXPECT_FALSE(profile->SetLastSBShown(7));
+  delete profile;
+  EXPECT_NE(ReadFile(PrivatePath(0)).find("LastSBShown=0x00000004\n"), std::string::npos);
+}
+
+TEST_F(CPlayerProfileAllocationTest, AssigningAProfileWithoutAContainerLeavesNone) {
+  CPlayerProfile* broken = ProfileFailingAllocation(0);
+  CPlayerProfile profile(0);
+  ASSERT_EQ(profile.GetName(), "Ann");
+  profile = *broken;
+  EXPECT_FALSE(profile.IsValid());
+  EXPECT_EQ(profile.GetName(), "");
+  delete broken;
+}
+
+TEST_F(CPlayerProfileAllocationTest, ACopyWhoseContainerCannotBeAllocatedHasNone) {
+  CPlayerProfile profile(0);
+  ASSERT_TRUE(profile.IsValid());
+  FailNothrowAllocationAfter(0);
+  CPlayerProfile copy(profile);
+  StopFailingNothrowAllocations();
+  EXPECT_FALSE(copy.IsValid());
+  EXPECT_EQ(copy.GetName(), "");
+}
