@@ -107,3 +107,28 @@ TEST_F(FaultInjectionEnvTest, ResetDisarmsAndClearsCounts) {
   EXPECT_TRUE(Env::Current()->Stat("/", &info).ok());
   EXPECT_EQ(mEnv->Calls(FaultInjectionEnv::kStat), 1);
 }
+
+TEST_F(FaultInjectionEnvTest, AStreamItDidNotOpenIsClosedByItsTarget) {
+  FaultInjectionEnv faults(vireline::Env::Default());
+  FILE* stream = nullptr;
+  ASSERT_TRUE(vireline::Env::Default()->OpenStream("/plain", "w", &stream).ok());
+  std::fputs("plain", stream);
+  EXPECT_TRUE(faults.CloseStream(stream).ok());
+  EXPECT_EQ(ReadFile("/plain"), "plain");
+}
+
+TEST_F(FaultInjectionEnvTest, FileSystemFiguresCanFail) {
+  FaultInjectionEnv faults(vireline::Env::Default());
+  vireline::FsInfo info;
+  EXPECT_TRUE(faults.StatFs("/", &info).ok());
+  EXPECT_GT(info.blockSize, 0u);
+  faults.FailAfter(FaultInjectionEnv::kStatFs, 0, ENOSPC);
+  EXPECT_EQ(faults.StatFs("/", &info).error(), ENOSPC);
+  EXPECT_EQ(faults.Calls(FaultInjectionEnv::kStatFs), 2);
+}
+
+TEST_F(FaultInjectionEnvTest, UnsetClocksAreTheTargetsOwn) {
+  FaultInjectionEnv faults(vireline::Env::Default());
+  EXPECT_GE(faults.ProcessorClock(), 0);
+  EXPECT_GT(faults.WallClockSeconds(), 0);
+}
