@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -442,4 +443,20 @@ TEST(MakeFilePath, PathThatDoesNotFitGivesFalse) {
   char buffer[10];
   EXPECT_FALSE(CPkgPathBase(&gTamselCfg).GetPackageDir(buffer, sizeof buffer, tPackageType("Application"), 0,
                                                         "Game1"));
+}
+
+TEST(PkgPathBase, NoModelBoundHasNoTypesAndNoUploadFolders) {
+  CPkgPathBase paths(nullptr);
+  EXPECT_TRUE(paths.GetPackageType(0, 0) == tPackageType());
+  EXPECT_EQ(paths.GetNumUploadDataTypes(), 0u);
+  EXPECT_TRUE(paths.GetUploadDataType(0) == tUploadDataType());
+  char buffer[64] = "junk";
+  EXPECT_FALSE(paths.GetUploadDir(buffer, sizeof buffer, tPackageType("Application"), 0, 1, "x"));
+  EXPECT_STREQ(buffer, "");
+  std::strcpy(buffer, "junk");
+  EXPECT_FALSE(paths.GetUploadDir(buffer, sizeof buffer, tUploadDataType("Journal"), 0, 1, "x"));
+  EXPECT_STREQ(buffer, "");
+  std::strcpy(buffer, "junk");
+  EXPECT_FALSE(paths.GetProfileLogFile(buffer, sizeof buffer, 99, 0));
+  EXPECT_STREQ(buffer, "");
 }
