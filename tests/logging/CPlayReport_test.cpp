@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 #include <vireline/CLogHeader.h>
 #include <vireline/CPlayReport.h>
@@ -313,4 +314,19 @@ TEST_F(PlayReportTest, AFullLogOfTheSizeCapIsRebuiltQuickly) {
   EXPECT_EQ(CountNotices(report, tPlayNotice::kMissingExit), 0u);
   EXPECT_EQ(CountNotices(report, tPlayNotice::kTornRecord), 0u);
   EXPECT_LT(seconds, 20.0);  // a second at most on a desktop; generous for sanitizers and emulators
+}
+
+TEST_F(PlayReportTest, ActivityExitsWithNoActivityOpenAreNotedByTheirRecord) {
+  At(100, CGameStart("Puzzles"));
+  At(200, CGameAreaExit());
+  At(300, CActivityExit(5, 0));
+  tPlayerReport report = Read();
+  std::vector<std::string> unmatched;
+  for (const tPlayNotice& notice : report.notices) {
+    if (notice.kind == tPlayNotice::kUnmatchedExit) unmatched.push_back(notice.text);
+  }
+  ASSERT_EQ(unmatched.size(), 2u);
+  EXPECT_NE(unmatched[0].find("with no activity open"), std::string::npos) << unmatched[0];
+  EXPECT_NE(unmatched[1].find("with no activity open"), std::string::npos) << unmatched[1];
+  EXPECT_NE(unmatched[0], unmatched[1]);  // each names its own record
 }
