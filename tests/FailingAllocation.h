@@ -1,5 +1,5 @@
-// Out-of-memory for tests: the test program replaces the non-throwing operator
-// new, which behaves as the standard one until a test arms it.
+// Out-of-memory for tests: the test program replaces the non-throwing operators
+// new and new[], which behave as the standard ones until a test arms them.
 #ifndef VIRELINE_TESTS_FAILINGALLOCATION_H_
 #define VIRELINE_TESTS_FAILINGALLOCATION_H_
 

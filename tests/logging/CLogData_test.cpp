@@ -124,3 +124,12 @@ TEST_F(CLogDataTest, TheClockRecordIsTypeOneWithAFourByteClockAndAOneByteCode) {
   EXPECT_EQ(Hex(sync), "01 02 03 04 01 05 00 10 5e 5f 02");
   EXPECT_EQ(sync.GetPack()->GetFieldCount(), 3u);
 }
+
+TEST_F(CLogDataTest, ACopyOfAClearedRecordHasNoFields) {
+  CGameStart record("abc");
+  record.Clear();
+  CLogData copy(record);
+  EXPECT_EQ(copy.GetPack(), nullptr);
+  EXPECT_EQ(copy.GetType(), 0);
+  EXPECT_EQ(copy.GetPayloadLength(), 0u);
+}
