@@ -176,3 +176,45 @@ TEST_F(AtomicFileTest, AbandoningAPlainStreamJustClosesIt) {
   vireline::AbandonAtomic(stream);
   EXPECT_EQ(ReadFile("/QV/a.cfg"), "old+");
 }
+
+TEST_F(AtomicFileTest, FilesAtTheTopOfTheRootAndRelativePathsAreReplaced) {
+  ASSERT_EQ(Replace("/top.cfg", "top"), 0);
+  EXPECT_EQ(ReadFile("/top.cfg"), "top");
+  ASSERT_EQ(Replace("relative.cfg", "relative"), 0);
+  EXPECT_EQ(ReadFile("/relative.cfg"), "relative");
+  EXPECT_EQ(List("/"), (std::vector<std::string>{"relative.cfg", "top.cfg"}));
+}
+
+TEST_F(AtomicFileTest, UpdateModeReadsBackWhatWasWritten) {
+  MakeDirs("/QV");
+  FILE* stream = fopenAtomic("/QV/a.cfg", "w+");
+  ASSERT_NE(stream, nullptr);
+  std::fputs("both ways", stream);
+  std::rewind(stream);
+  char back[16] = {};
+  EXPECT_EQ(std::fread(back, 1, 9, stream), 9u);
+  EXPECT_STREQ(back, "both ways");
+  ASSERT_EQ(fcloseAtomic(stream), 0);
+  EXPECT_EQ(ReadFile("/QV/a.cfg"), "both ways");
+}
+
+TEST_F(AtomicFileTest, AppendModeCopiesLargeOldContentWhole) {
+  std::string old(10000, 'o');
+  WriteFile("/QV/big.log", old);
+  FILE* stream = fopenAtomic("/QV/big.log", "a");
+  ASSERT_NE(stream, nullptr);
+  std::fputs("+new", stream);
+  ASSERT_EQ(fcloseAtomic(stream), 0);
+  EXPECT_EQ(ReadFile("/QV/big.log"), old + "+new");
+}
+
+TEST_F(AtomicFileTest, AFailedCopyOfTheOldContentFailsTheAppendOpen) {
+  WriteFile("/QV/a.log", "old");
+  FaultInjectionEnv faults(vireline::Env::Default());
+  faults.FailAfter(FaultInjectionEnv::kWrite, 0, ENOSPC);
+  vireline::Env::SetCurrent(&faults);
+  EXPECT_EQ(fopenAtomic("/QV/a.log", "a"), nullptr);
+  vireline::Env::SetCurrent(nullptr);
+  EXPECT_EQ(ReadFile("/QV/a.log"), "old");
+  EXPECT_EQ(List("/QV"), std::vector<std::string>{"a.log"});
+}
