@@ -58,3 +58,11 @@ TEST(ValueAccessEdgesTest, ClearingANullValueIsQuiet) {
   nothing.clear();
   EXPECT_TRUE(nothing.isNull());
 }
+
+TEST(ValueAccessEdgesTest, NullsAndUnsignedNumbersCompareAmongThemselves) {
+  EXPECT_EQ(Value().compare(Value()), 0);
+  EXPECT_FALSE(Value() < Value());
+  EXPECT_TRUE(Value(3u) < Value(5u));
+  EXPECT_EQ(Value(5u).compare(Value(3u)), 1);
+  EXPECT_EQ(Value(4u).compare(Value(4u)), 0);
+}
