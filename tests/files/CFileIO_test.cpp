@@ -807,3 +807,12 @@ TEST_F(CFileIOTest, SetsMarkTheTableChanged) {
   ASSERT_TRUE(file.RmKey("k"));
   EXPECT_TRUE(file.IsDirty());
 }
+
+TEST_F(CFileIOTest, GetUIntListTakesSignsUpperCaseDigitsAndTabsAsTheDeviceDid) {
+  CFileIO file;
+  Load(file, "a=+1f,0X10,AB,0xg,\t7\nh=0xAB\n");
+  U32* list = nullptr;
+  U32 count = file.GetUIntList("a", list);
+  EXPECT_EQ(TakeUIntList(list, count), (std::vector<U32>{31, 16, 171, 0, 7}));
+  EXPECT_EQ(file.GetUInt("h"), 171u);
+}
