@@ -284,3 +284,42 @@ TEST_F(ScratchOverlayCopyUpTest, FailedModeOfTheCopy) {
   faults->FailAfter(vireline::FaultInjectionEnv::kChangeMode, 0, EPERM);
   ExpectAppendFails(EPERM);
 }
+
+TEST_F(ScratchOverlayEnvTest, AnUnusableScratchFolderMakesNoFolders) {
+  TmpDirEnv badHost(Host("/no/such/place"));
+  vireline::ScratchOverlayEnv broken(vireline::Env::Default(), &badHost);
+  ASSERT_FALSE(broken.ok());
+  EXPECT_EQ(broken.MakeDir("/new", 0755).error(), EROFS);
+  EXPECT_TRUE(broken.SyncDir("/new").ok());  // nothing of it was written
+  EXPECT_TRUE(broken.WrittenFiles().empty());
+  EXPECT_FALSE(Exists("/new"));
+}
+
+// The image itself fails while a file of it is copied up.
+class ScratchOverlayImageFaultTest : public ScratchOverlayEnvTest {
+ protected:
+  void SetUp() override {
+    ScratchOverlayEnvTest::SetUp();
+    overlay.reset(new vireline::ScratchOverlayEnv(&faults, host.get()));
+    ASSERT_TRUE(overlay->ok());
+    WriteFile("/a/log", "one\n");
+  }
+
+  vireline::FaultInjectionEnv faults{vireline::Env::Default()};
+};
+
+TEST_F(ScratchOverlayImageFaultTest, AnImageFileThatDoesNotOpenIsNotCopied) {
+  faults.FailAfter(vireline::FaultInjectionEnv::kOpen, 0, EACCES);
+  FILE* stream = nullptr;
+  EXPECT_EQ(overlay->OpenStream("/a/log", "a", &stream).error(), EACCES);
+  EXPECT_EQ(stream, nullptr);
+  EXPECT_TRUE(overlay->WrittenFiles().empty());
+}
+
+TEST_F(ScratchOverlayImageFaultTest, AnImageFileThatCannotBeReadIsNotCopied) {
+  faults.FailAfter(vireline::FaultInjectionEnv::kRead, 0, EIO);
+  FILE* stream = nullptr;
+  EXPECT_EQ(overlay->OpenStream("/a/log", "a", &stream).error(), EIO);
+  EXPECT_EQ(stream, nullptr);
+  EXPECT_EQ(ReadFile("/a/log"), "one\n");
+}
