@@ -460,3 +460,16 @@ TEST(PkgPathBase, NoModelBoundHasNoTypesAndNoUploadFolders) {
   EXPECT_FALSE(paths.GetProfileLogFile(buffer, sizeof buffer, 99, 0));
   EXPECT_STREQ(buffer, "");
 }
+
+TEST_F(PkgPathTraceTest, OutOfRangeTypesAndEmptyBuffersAnswerEmpty) {
+  CPkgPathBase paths(&gTamselCfg);
+  EXPECT_TRUE(paths.GetPackageType(999, 0) == tPackageType());
+  EXPECT_TRUE(paths.GetPackageType(0, 42) == tPackageType());
+  EXPECT_TRUE(paths.GetUploadDataType(999) == tUploadDataType());
+  EXPECT_FALSE(paths.GetPackageDir(nullptr, 0, tPackageType("NoSuchType"), 0, nullptr));
+  EXPECT_FALSE(paths.GetProfileLogFile(nullptr, 0, 99, 0));
+  char buffer[8] = "junk";
+  EXPECT_FALSE(paths.GetUploadDir(buffer, 0, tPackageType("Upload"), 1, 0, "x"));
+  EXPECT_FALSE(CPkgPathBase(&gKastrelCfg).GetUploadDir(buffer, 0, tUploadDataType("CartLTM"), 4, 0, "x"));
+  EXPECT_STREQ(buffer, "junk");  // a buffer of no size is not touched
+}

@@ -330,3 +330,18 @@ TEST_F(PlayReportTest, ActivityExitsWithNoActivityOpenAreNotedByTheirRecord) {
   EXPECT_NE(unmatched[1].find("with no activity open"), std::string::npos) << unmatched[1];
   EXPECT_NE(unmatched[0], unmatched[1]);  // each names its own record
 }
+
+TEST_F(PlayReportTest, NoticeKindsOutsideTheKnownOnesAreUnknown) {
+  EXPECT_STREQ(tPlayNotice::KindName(tPlayNotice::kCriticalError), "criticalError");
+  // 15 is the largest value the kind's type can hold: newer logs may name kinds this one lacks.
+  EXPECT_STREQ(tPlayNotice::KindName(static_cast<tPlayNotice::tKind>(15)), "unknown");
+}
+
+TEST_F(PlayReportTest, AGameAreaWithoutAGameBelongsToNoTitle) {
+  At(100, CGameAreaStart("Maze"));
+  At(400, CGameAreaExit());
+  tPlayerReport report = Read();
+  ASSERT_NE(FindActivity(report, "Maze"), nullptr);
+  EXPECT_EQ(FindActivity(report, "Maze")->title, "");
+  EXPECT_EQ(FindActivity(report, "Maze")->starts, 1u);
+}
