@@ -134,3 +134,24 @@ TEST_F(PlatformDebugTest, ModulesBeyondTheFastSlotsKeepTheirOwnLevels) {
   EXPECT_EQ(PlatformDebug(5000 + kModules - 1).GetEffectiveDebugLevel(), 9);
   EXPECT_EQ(PlatformDebug(4999).GetEffectiveDebugLevel(), 1);
 }
+
+// The messages of levels 1 to 3 that show when the environment names `level`
+// as the master level before the debug service's first use.
+std::vector<Message> LevelsOneToThreeUnder(const char* level) {
+  setenv("VIRELINE_DEBUG_LEVEL", level, 1);
+  gMessages.clear();
+  PlatformDebug::SetOutputFunction(Collect);
+  PlatformDebug debug(0x281);
+  for (int shown = 1; shown <= 3; ++shown) debug.DebugOut(shown, "level %d", shown);
+  PlatformDebug::SetOutputFunction(nullptr);
+  return gMessages;
+}
+
+// The default master level shows level 1 only.
+TEST(PlatformDebugEnvironment, ALevelThatIsNoWholeNumberKeepsTheDefault) {
+  std::vector<Message> shown = LevelsOneToThreeUnder("5x");
+  ASSERT_EQ(shown.size(), 1u);
+  EXPECT_EQ(shown[0].text, "level 1");
+}
+
+TEST(PlatformDebugEnvironment, AnEmptyLevelKeepsTheDefault) { EXPECT_EQ(LevelsOneToThreeUnder("").size(), 1u); }
