@@ -135,6 +135,8 @@ TEST_F(PlatformDebugTest, ModulesBeyondTheFastSlotsKeepTheirOwnLevels) {
   EXPECT_EQ(PlatformDebug(4999).GetEffectiveDebugLevel(), 1);
 }
 
+namespace {
+
 // The messages of levels 1 to 3 that show when the environment names `level`
 // as the master level before the debug service's first use.
 std::vector<Message> LevelsOneToThreeUnder(const char* level) {
@@ -146,6 +148,8 @@ std::vector<Message> LevelsOneToThreeUnder(const char* level) {
   PlatformDebug::SetOutputFunction(nullptr);
   return gMessages;
 }
+
+}  // namespace
 
 // The default master level shows level 1 only.
 TEST(PlatformDebugEnvironment, ALevelThatIsNoWholeNumberKeepsTheDefault) {
