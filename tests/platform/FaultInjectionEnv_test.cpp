@@ -132,3 +132,13 @@ TEST_F(FaultInjectionEnvTest, UnsetClocksAreTheTargetsOwn) {
   EXPECT_GE(faults.ProcessorClock(), 0);
   EXPECT_GT(faults.WallClockSeconds(), 0);
 }
+
+TEST_F(FaultInjectionEnvTest, ReadErrorsOfTheFileItselfReachTheReader) {
+  MakeDirs("/folder");
+  FILE* stream = nullptr;
+  ASSERT_TRUE(mEnv->OpenStream("/folder", "r", &stream).ok());  // a folder opens but cannot be read
+  EXPECT_EQ(std::fgetc(stream), EOF);
+  EXPECT_TRUE(std::ferror(stream));
+  EXPECT_EQ(mEnv->Calls(FaultInjectionEnv::kRead), 1);
+  mEnv->CloseStream(stream);
+}
