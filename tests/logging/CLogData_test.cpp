@@ -133,3 +133,24 @@ TEST_F(CLogDataTest, ACopyOfAClearedRecordHasNoFields) {
   EXPECT_EQ(copy.GetType(), 0);
   EXPECT_EQ(copy.GetPayloadLength(), 0u);
 }
+
+namespace {
+
+// A record type no catalogue entry describes, built the way event classes are.
+class UncataloguedRecord : public CLogData {
+ public:
+  UncataloguedRecord() { BuildEvent(250, {7ul, "ignored"}); }
+  void KeepPack() { AdoptPack(GetPack()); }
+};
+
+}  // namespace
+
+TEST_F(CLogDataTest, AnUncataloguedTypeGetsAHeaderAndNoFields) {
+  UncataloguedRecord record;
+  ASSERT_NE(record.GetPack(), nullptr);
+  EXPECT_EQ(record.GetPack()->GetFieldCount(), 1u);
+  CLogDataPack* pack = record.GetPack();
+  record.KeepPack();  // adopting the pack it holds changes nothing
+  EXPECT_EQ(record.GetPack(), pack);
+  EXPECT_EQ(record.GetStringField(1), nullptr);
+}
