@@ -96,7 +96,7 @@ TEST_F(CMetaInfoAllocationTest, EverySetterFailsAndNothingIsWritten) {
   EXPECT_EQ(ReadFile(kPath), kContent);
 }
 
-// Older firmware reported a stored profile list here although nothing was kept.
+// The profile list setter alone reports success without a file object, as it always has.
 TEST_F(CMetaInfoAllocationTest, TheProfileListSetterReportsSuccess) {
   const unsigned long profiles[] = {2, 3};
   EXPECT_TRUE(mInfo->SetProfileAccess(profiles, 2));
