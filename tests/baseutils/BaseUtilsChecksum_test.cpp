@@ -320,3 +320,9 @@ TEST_F(BaseUtilsChecksumTest, OnlyTheFirstFourBytesOfALongerFileCount) {
   WriteFile("/QV/long.crc", std::string("\xAA\xBB\xCC\xDD\xEE\xFF", 6));
   EXPECT_EQ(BaseUtils::Instance()->ReadChecksum("/QV/long.crc"), 0xDDCCBBAAu);
 }
+
+TEST_F(BaseUtilsChecksumTest, AFileLargerThanOneBatchGivesZlibsCrc32OfAllItsBytes) {
+  std::string bytes = Bytes(200000, 11);  // read in several batches
+  WriteFile("/QV/large.bin", bytes);
+  EXPECT_EQ(Checksum("/QV/large.bin"), Feed(crc32(0L, Z_NULL, 0), bytes));
+}

@@ -807,3 +807,64 @@ TEST_F(CFileIOTest, SetsMarkTheTableChanged) {
   ASSERT_TRUE(file.RmKey("k"));
   EXPECT_TRUE(file.IsDirty());
 }
+
+TEST_F(CFileIOTest, GetUIntListTakesSignsUpperCaseDigitsAndTabsAsTheDeviceDid) {
+  CFileIO file;
+  Load(file, "a=+1f,0X10,AB,0xg,\t7\nh=0xAB\n");
+  U32* list = nullptr;
+  U32 count = file.GetUIntList("a", list);
+  EXPECT_EQ(TakeUIntList(list, count), (std::vector<U32>{31, 16, 171, 0, 7}));
+  EXPECT_EQ(file.GetUInt("h"), 171u);
+}
+
+TEST_F(CFileIOTest, HelpersGivenNoTextGiveNothing) {
+  EXPECT_EQ(InspectableFileIO::AddQuotes(nullptr), nullptr);
+  EXPECT_EQ(InspectableFileIO::AddListQuotes(nullptr), nullptr);
+  InspectableFileIO::StripQuotes(nullptr);
+  EXPECT_EQ(InspectableFileIO::CharCount(nullptr, ','), 0u);
+  char** pieces = reinterpret_cast<char**>(1);
+  EXPECT_EQ(InspectableFileIO::Split(nullptr, ",", pieces), 0u);
+  EXPECT_EQ(pieces, nullptr);
+}
+
+TEST_F(CFileIOTest, SplitWithoutASeparatorGivesTheWholeText) {
+  char** pieces = nullptr;
+  ASSERT_EQ(InspectableFileIO::Split("a,b", nullptr, pieces), 1u);
+  EXPECT_STREQ(pieces[0], "a,b");
+  COrvoInterface::Free(pieces[0]);
+  COrvoInterface::Free(pieces);
+}
+
+TEST_F(CFileIOTest, ListSettersRefuseMissingKeysAndItems) {
+  CFileIO file;
+  file.Open(kPath);
+  const U32 values[] = {1};
+  const char* strings[] = {"x", nullptr};
+  EXPECT_FALSE(file.SetUIntList(nullptr, values, 1));
+  EXPECT_FALSE(file.SetUIntList("k", nullptr, 1));
+  EXPECT_FALSE(file.SetStrList(nullptr, strings, 1));
+  EXPECT_FALSE(file.SetStrList("k", nullptr, 1));
+  EXPECT_FALSE(file.SetStrList("k", strings, 0));
+  EXPECT_FALSE(file.SetStr(nullptr, "v"));
+  EXPECT_FALSE(file.HasKey("k"));
+  EXPECT_TRUE(file.SetStrList("k", strings, 2));  // a null item is an empty one
+  EXPECT_STREQ(file.GetStr("k"), "x,");
+}
+
+TEST_F(CFileIOTest, KeysOfAnEmptyFileAreNone) {
+  CFileIO file;
+  char** keys = reinterpret_cast<char**>(1);
+  EXPECT_EQ(file.Keys(keys), 0u);
+}
+
+TEST_F(CFileIOTest, KeysAddedAfterALookupOfAManyKeyFileAreFound) {
+  std::string content;
+  for (int i = 0; i < 200; ++i) content += "key" + std::to_string(i) + "=" + std::to_string(i) + "\n";
+  CFileIO file;
+  Load(file, content);
+  EXPECT_STREQ(file.GetStr("key150"), "150");
+  ASSERT_TRUE(file.SetStr("late", "yes"));
+  EXPECT_STREQ(file.GetStr("late"), "yes");
+  EXPECT_EQ(file.GetStr("never"), nullptr);
+  EXPECT_STREQ(file.GetStr("key7"), "7");
+}

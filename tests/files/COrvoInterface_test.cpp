@@ -242,3 +242,30 @@ TEST_F(COrvoInterfaceTest, MallocOfANegativeSizeGivesNull) {
   COrvoInterface::Free(block);
   COrvoInterface::Free(nullptr);
 }
+
+TEST_F(COrvoInterfaceTest, AssertFalseWithoutAMessageTracesAnEmptyOne) {
+  CaptureDebugOutput();
+  COrvoInterface::Assert(false, nullptr);
+  EXPECT_EQ(DebugOutput(), "ASSERT: \n");
+}
+
+TEST_F(COrvoInterfaceTest, StatWithoutAnAnswerOrAPathOnlyTellsExistence) {
+  WriteFile("/QV/f", "abc");
+  EXPECT_TRUE(COrvoInterface::Stat("/QV/f", nullptr, false));
+  tStatLite info;
+  EXPECT_FALSE(COrvoInterface::Stat(nullptr, &info, false));
+}
+
+TEST_F(COrvoInterfaceTest, StreamCallsOnNoStreamFail) {
+  EXPECT_FALSE(COrvoInterface::FSeek(nullptr, 0, SEEK_SET));
+  EXPECT_EQ(COrvoInterface::GetC(nullptr), EOF);
+  EXPECT_EQ(COrvoInterface::PutC('x', nullptr), EOF);
+  EXPECT_EQ(COrvoInterface::FClose(nullptr), EOF);
+  EXPECT_EQ(COrvoInterface::FOpen(nullptr, "r"), nullptr);
+  EXPECT_EQ(COrvoInterface::FOpen("/QV/f", nullptr), nullptr);
+}
+
+TEST_F(COrvoInterfaceTest, RmDirOfAMissingFolderFails) {
+  EXPECT_FALSE(COrvoInterface::RmDir("/QV/none"));
+  EXPECT_FALSE(COrvoInterface::MkDir(nullptr));
+}

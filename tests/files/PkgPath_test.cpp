@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -442,4 +443,33 @@ TEST(MakeFilePath, PathThatDoesNotFitGivesFalse) {
   char buffer[10];
   EXPECT_FALSE(CPkgPathBase(&gTamselCfg).GetPackageDir(buffer, sizeof buffer, tPackageType("Application"), 0,
                                                         "Game1"));
+}
+
+TEST(PkgPathBase, NoModelBoundHasNoTypesAndNoUploadFolders) {
+  CPkgPathBase paths(nullptr);
+  EXPECT_TRUE(paths.GetPackageType(0, 0) == tPackageType());
+  EXPECT_EQ(paths.GetNumUploadDataTypes(), 0u);
+  EXPECT_TRUE(paths.GetUploadDataType(0) == tUploadDataType());
+  char buffer[64] = "junk";
+  EXPECT_FALSE(paths.GetUploadDir(buffer, sizeof buffer, tPackageType("Application"), 0, 1, "x"));
+  EXPECT_STREQ(buffer, "");
+  std::strcpy(buffer, "junk");
+  EXPECT_FALSE(paths.GetUploadDir(buffer, sizeof buffer, tUploadDataType("Journal"), 0, 1, "x"));
+  EXPECT_STREQ(buffer, "");
+  std::strcpy(buffer, "junk");
+  EXPECT_FALSE(paths.GetProfileLogFile(buffer, sizeof buffer, 99, 0));
+  EXPECT_STREQ(buffer, "");
+}
+
+TEST_F(PkgPathTraceTest, OutOfRangeTypesAndEmptyBuffersAnswerEmpty) {
+  CPkgPathBase paths(&gTamselCfg);
+  EXPECT_TRUE(paths.GetPackageType(999, 0) == tPackageType());
+  EXPECT_TRUE(paths.GetPackageType(0, 42) == tPackageType());
+  EXPECT_TRUE(paths.GetUploadDataType(999) == tUploadDataType());
+  EXPECT_FALSE(paths.GetPackageDir(nullptr, 0, tPackageType("NoSuchType"), 0, nullptr));
+  EXPECT_FALSE(paths.GetProfileLogFile(nullptr, 0, 99, 0));
+  char buffer[8] = "junk";
+  EXPECT_FALSE(paths.GetUploadDir(buffer, 0, tPackageType("Upload"), 1, 0, "x"));
+  EXPECT_FALSE(CPkgPathBase(&gKastrelCfg).GetUploadDir(buffer, 0, tUploadDataType("CartLTM"), 4, 0, "x"));
+  EXPECT_STREQ(buffer, "junk");  // a buffer of no size is not touched
 }

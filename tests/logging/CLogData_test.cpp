@@ -124,3 +124,33 @@ TEST_F(CLogDataTest, TheClockRecordIsTypeOneWithAFourByteClockAndAOneByteCode) {
   EXPECT_EQ(Hex(sync), "01 02 03 04 01 05 00 10 5e 5f 02");
   EXPECT_EQ(sync.GetPack()->GetFieldCount(), 3u);
 }
+
+TEST_F(CLogDataTest, ACopyOfAClearedRecordHasNoFields) {
+  CGameStart record("abc");
+  record.Clear();
+  CLogData copy(record);
+  EXPECT_EQ(copy.GetPack(), nullptr);
+  EXPECT_EQ(copy.GetType(), 0);
+  EXPECT_EQ(copy.GetPayloadLength(), 0u);
+}
+
+namespace {
+
+// A record type no catalogue entry describes, built the way event classes are.
+class UncataloguedRecord : public CLogData {
+ public:
+  UncataloguedRecord() { BuildEvent(250, {7ul, "ignored"}); }
+  void KeepPack() { AdoptPack(GetPack()); }
+};
+
+}  // namespace
+
+TEST_F(CLogDataTest, AnUncataloguedTypeGetsAHeaderAndNoFields) {
+  UncataloguedRecord record;
+  ASSERT_NE(record.GetPack(), nullptr);
+  EXPECT_EQ(record.GetPack()->GetFieldCount(), 1u);
+  CLogDataPack* pack = record.GetPack();
+  record.KeepPack();  // adopting the pack it holds changes nothing
+  EXPECT_EQ(record.GetPack(), pack);
+  EXPECT_EQ(record.GetStringField(1), nullptr);
+}

@@ -337,3 +337,8 @@ TEST_F(CLogFileTest, OnADeviceOfUnknownTypeEveryStartReportsTheHeadersAsInvalid)
   Log()->Append(record);  // still logged
   EXPECT_EQ(ReadFile(SlotPath(0)).size(), 110u);
 }
+
+TEST_F(CLogFileTest, FileCreateInAMissingFolderMakesNothing) {
+  FileCreate("/QV/missing/new.txt");
+  EXPECT_FALSE(Exists("/QV/missing"));
+}

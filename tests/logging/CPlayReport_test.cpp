@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 #include <vireline/CLogHeader.h>
 #include <vireline/CPlayReport.h>
@@ -313,4 +314,34 @@ TEST_F(PlayReportTest, AFullLogOfTheSizeCapIsRebuiltQuickly) {
   EXPECT_EQ(CountNotices(report, tPlayNotice::kMissingExit), 0u);
   EXPECT_EQ(CountNotices(report, tPlayNotice::kTornRecord), 0u);
   EXPECT_LT(seconds, 20.0);  // a second at most on a desktop; generous for sanitizers and emulators
+}
+
+TEST_F(PlayReportTest, ActivityExitsWithNoActivityOpenAreNotedByTheirRecord) {
+  At(100, CGameStart("Puzzles"));
+  At(200, CGameAreaExit());
+  At(300, CActivityExit(5, 0));
+  tPlayerReport report = Read();
+  std::vector<std::string> unmatched;
+  for (const tPlayNotice& notice : report.notices) {
+    if (notice.kind == tPlayNotice::kUnmatchedExit) unmatched.push_back(notice.text);
+  }
+  ASSERT_EQ(unmatched.size(), 2u);
+  EXPECT_NE(unmatched[0].find("with no activity open"), std::string::npos) << unmatched[0];
+  EXPECT_NE(unmatched[1].find("with no activity open"), std::string::npos) << unmatched[1];
+  EXPECT_NE(unmatched[0], unmatched[1]);  // each names its own record
+}
+
+TEST_F(PlayReportTest, NoticeKindsOutsideTheKnownOnesAreUnknown) {
+  EXPECT_STREQ(tPlayNotice::KindName(tPlayNotice::kCriticalError), "criticalError");
+  // 15 is the largest value the kind's type can hold: newer logs may name kinds this one lacks.
+  EXPECT_STREQ(tPlayNotice::KindName(static_cast<tPlayNotice::tKind>(15)), "unknown");
+}
+
+TEST_F(PlayReportTest, AGameAreaWithoutAGameBelongsToNoTitle) {
+  At(100, CGameAreaStart("Maze"));
+  At(400, CGameAreaExit());
+  tPlayerReport report = Read();
+  ASSERT_NE(FindActivity(report, "Maze"), nullptr);
+  EXPECT_EQ(FindActivity(report, "Maze")->title, "");
+  EXPECT_EQ(FindActivity(report, "Maze")->starts, 1u);
 }

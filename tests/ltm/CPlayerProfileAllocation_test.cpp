@@ -1,7 +1,5 @@
 // A profile whose file objects cannot be allocated: the assertions, then the
-// defaults. The allocations are failed through the non-throwing operator new,
-// which this test program replaces; it behaves as the standard one unless a
-// test arms it.
+// defaults. The allocations are failed through the non-throwing operator new.
 #include <gtest/gtest.h>
 
 #include <new>
@@ -9,23 +7,8 @@
 
 #include <vireline/CPlayerProfile.h>
 
+#include "FailingAllocation.h"
 #include "ltm/PlayerProfileTest.h"
-
-namespace {
-
-// How many more non-throwing allocations succeed before one fails; -1: none fails.
-int gNothrowCountdown = -1;
-
-}  // namespace
-
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  if (gNothrowCountdown >= 0 && gNothrowCountdown-- == 0) return nullptr;
-  try {
-    return ::operator new(size);
-  } catch (...) {
-    return nullptr;
-  }
-}
 
 using LTM::CPlayerProfile;
 
@@ -41,16 +24,16 @@ class CPlayerProfileAllocationTest : public PlayerProfileTest {
   }
 
   void TearDown() override {
-    gNothrowCountdown = -1;
+    StopFailingNothrowAllocations();
     PlayerProfileTest::TearDown();
   }
 
   // A profile of slot 0 whose `failing`-th non-throwing allocation (0: the container) fails.
   static CPlayerProfile* ProfileFailingAllocation(int failing) {
     CPlayerProfile* profile = nullptr;
-    gNothrowCountdown = failing;
+    FailNothrowAllocationAfter(failing);
     profile = new CPlayerProfile(0);
-    gNothrowCountdown = -1;
+    StopFailingNothrowAllocations();
     return profile;
   }
 };
@@ -111,4 +94,42 @@ TEST_F(CPlayerProfileAllocationTest, WithoutAContainerEveryOperationGivesItsDefa
   delete profile;
   EXPECT_TRUE(Exists(PrivatePath(0)));
   EXPECT_EQ(ReadFile(SharedPath(0)).substr(0, 9), "Name=Ann\n");
+}
+
+TEST_F(CPlayerProfileAllocationTest, WithoutTheSharedFileItsCountersCannotBeSet) {
+  CPlayerProfile* profile = ProfileFailingAllocation(1);
+  EXPECT_EQ(profile->GetBitz(), 0u);
+  EXPECT_FALSE(profile->SetGrade(3));
+  EXPECT_FALSE(profile->SetBitz(10));
+  EXPECT_FALSE(profile->SetNumLoginsSinceLastConnect(2));
+  delete profile;
+  EXPECT_EQ(ReadFile(SharedPath(0)), "Name=Ann\nID=0x00000003\nGrade=0x00000002\nPoints=0x00000005\n"
+                                     "NumLoginsSinceLastConnect=0x00000001\n");
+}
+
+TEST_F(CPlayerProfileAllocationTest, WithoutThePrivateFileTheLastShownBookCannotBeSet) {
+  CPlayerProfile* profile = ProfileFailingAllocation(2);
+  EXPECT_FALSE(profile->SetLastSBShown(7));
+  delete profile;
+  EXPECT_NE(ReadFile(PrivatePath(0)).find("LastSBShown=0x00000004\n"), std::string::npos);
+}
+
+TEST_F(CPlayerProfileAllocationTest, AssigningAProfileWithoutAContainerLeavesNone) {
+  CPlayerProfile* broken = ProfileFailingAllocation(0);
+  CPlayerProfile profile(0);
+  ASSERT_EQ(profile.GetName(), "Ann");
+  profile = *broken;
+  EXPECT_FALSE(profile.IsValid());
+  EXPECT_EQ(profile.GetName(), "");
+  delete broken;
+}
+
+TEST_F(CPlayerProfileAllocationTest, ACopyWhoseContainerCannotBeAllocatedHasNone) {
+  CPlayerProfile profile(0);
+  ASSERT_TRUE(profile.IsValid());
+  FailNothrowAllocationAfter(0);
+  CPlayerProfile copy(profile);
+  StopFailingNothrowAllocations();
+  EXPECT_FALSE(copy.IsValid());
+  EXPECT_EQ(copy.GetName(), "");
 }

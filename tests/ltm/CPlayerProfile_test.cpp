@@ -364,3 +364,18 @@ TEST_F(CPlayerProfileTest, AreAllPlayerProfilesEmptyReadsTheThreeSlotsNames) {
   EXPECT_EQ(vireline::upper::PlayerProfileName(2), "Cy");
   EXPECT_EQ(vireline::upper::PlayerProfileName(0), "");
 }
+
+TEST_F(CPlayerProfileTest, FailingWritesAreReportedByEveryCounterSetter) {
+  WriteProfile(0, "Name=Ann\nGrade=0x00000002\n", "LastSBShown=0x00000004\n");
+  CPlayerProfile profile(0);
+  FaultInjectionEnv faults(vireline::Env::Default());
+  vireline::Env::SetCurrent(&faults);
+  faults.FailAfter(FaultInjectionEnv::kOpen, 0, EACCES);
+  EXPECT_FALSE(profile.SetGrade(3));
+  EXPECT_FALSE(profile.SetBitz(10));
+  EXPECT_FALSE(profile.SetNumLoginsSinceLastConnect(2));
+  EXPECT_FALSE(profile.SetLastSBShown(7));
+  vireline::Env::SetCurrent(nullptr);
+  EXPECT_EQ(ReadFile(SharedPath(0)), "Name=Ann\nGrade=0x00000002\n");
+  EXPECT_EQ(ReadFile(PrivatePath(0)), "LastSBShown=0x00000004\n");
+}

@@ -309,3 +309,18 @@ TEST_F(CSystemTest, ASettingsFileThatCouldNotBeReadIsNotReplacedByAChange) {
   vireline::Env::SetCurrent(nullptr);
   EXPECT_EQ(ReadFile(kSettingsPath), before);
 }
+
+TEST_F(CSystemTest, EverySetterReportsAnUnwritableFile) {
+  WriteFile(kSettingsPath, "Locale=en-us\n");
+  CSystem system;
+  FailOpening();
+  EXPECT_FALSE(system.SetRestartPlayerID(2));
+  tDeviceDateAndTime when{};
+  EXPECT_FALSE(system.SetDateAndTime(when));
+  EXPECT_FALSE(system.SetCheatsEnabled(true));
+  EXPECT_FALSE(system.SetCheatsEnabled(false));
+  EXPECT_FALSE(system.SetClockOnUI(1));
+  EXPECT_FALSE(system.SetRTCAccuracy(5));
+  EXPECT_EQ(ReadFile(kSettingsPath), "Locale=en-us\n");
+  mFaults.Reset();
+}

@@ -225,4 +225,24 @@ TEST_F(DatasetTest, ADatasetTooLargeForMemoryIsACleanFailure) {
   EXPECT_FALSE(block);
   EXPECT_EQ(MessageText(), "LoadDataset: no memory for the 4294967280 bytes of /data/level.dsetBin\n");
 }
+
+TEST_F(DatasetTest, ARelinkFileTooLargeForMemoryIsACleanFailure) {
+  // On 32 bits this many offsets exceed what a vector can hold at all.
+  if (sizeof(void*) == 4) GTEST_SKIP() << "the offsets' count is beyond a 32-bit vector's size limit";
+  const uint32_t kHuge = 0xFFFFFFF0u;
+  WriteFile(kDataset, Words({4, 7}));
+  WriteFile(kRelink, "");
+  std::filesystem::resize_file(Host(kRelink), kHuge);  // sparse: takes no disk space
+  rlimit old;
+  ASSERT_EQ(getrlimit(RLIMIT_AS, &old), 0);
+  if (sizeof(void*) > 4) {
+    rlimit limited = old;
+    limited.rlim_cur = 2048ul << 20;
+    ASSERT_EQ(setrlimit(RLIMIT_AS, &limited), 0);
+  }
+  boost::shared_array<char> block = LoadDataset(kDataset, kRelink);
+  ASSERT_EQ(setrlimit(RLIMIT_AS, &old), 0);
+  EXPECT_FALSE(block);
+  EXPECT_EQ(MessageText(), "LoadDataset: no memory for the 1073741820 offsets of /data/level.relinkBin\n");
+}
 #endif

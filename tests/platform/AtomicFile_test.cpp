@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <memory>
 
 #include <vireline/Platform.h>
 
 #include "DeviceRootTest.h"
+#include "platform/AtomicFile.h"
 #include "platform/FaultInjectionEnv.h"
 
 using vireline::FaultInjectionEnv;
@@ -130,4 +132,68 @@ TEST_F(AtomicFileTest, TwoWritersEachReplaceWholeAndTheLastCloseWins) {
   ASSERT_EQ(fcloseAtomic(second), 0);
   ASSERT_EQ(fcloseAtomic(first), 0);
   EXPECT_EQ(ReadFile("/QV/a.cfg"), "first");
+}
+
+TEST_F(AtomicFileTest, AppendModeCreatesAMissingTarget) {
+  MakeDirs("/QV");
+  FILE* stream = fopenAtomic("/QV/new.log", "a");
+  ASSERT_NE(stream, nullptr);
+  std::fputs("first", stream);
+  ASSERT_EQ(fcloseAtomic(stream), 0);
+  EXPECT_EQ(ReadFile("/QV/new.log"), "first");
+}
+
+TEST_F(AtomicFileTest, AppendingToAFolderFailsAndLeavesNoTemporary) {
+  MakeDirs("/QV/folder");
+  EXPECT_EQ(fopenAtomic("/QV/folder", "a"), nullptr);
+  EXPECT_EQ(List("/QV"), std::vector<std::string>{"folder"});
+}
+
+TEST_F(AtomicFileTest, TemporaryNamesTakenEveryTimeFailTheOpen) {
+  FaultInjectionEnv faults(vireline::Env::Default());
+  faults.FailAfter(FaultInjectionEnv::kOpen, 0, EEXIST);
+  vireline::Env::SetCurrent(&faults);
+  EXPECT_EQ(fopenAtomic("/QV/a.cfg", "w"), nullptr);
+  vireline::Env::SetCurrent(nullptr);
+  EXPECT_EQ(faults.Calls(FaultInjectionEnv::kOpen), 100);
+}
+
+TEST_F(AtomicFileTest, AWriterDroppedWithoutClosingLeavesTheTargetAndNoTemporary) {
+  WriteFile("/QV/a.cfg", "old");
+  {
+    std::unique_ptr<vireline::WritableFile> writer;
+    ASSERT_TRUE(vireline::NewAtomicFile("/QV/a.cfg", false, &writer).ok());
+    ASSERT_TRUE(writer->Append("new", 3).ok());
+  }
+  EXPECT_EQ(ReadFile("/QV/a.cfg"), "old");
+  EXPECT_EQ(List("/QV"), std::vector<std::string>{"a.cfg"});
+}
+
+TEST_F(AtomicFileTest, FilesAtTheTopOfTheRootAndRelativePathsAreReplaced) {
+  ASSERT_EQ(Replace("/top.cfg", "top"), 0);
+  EXPECT_EQ(ReadFile("/top.cfg"), "top");
+  ASSERT_EQ(Replace("relative.cfg", "relative"), 0);
+  EXPECT_EQ(ReadFile("/relative.cfg"), "relative");
+  EXPECT_EQ(List("/"), (std::vector<std::string>{"relative.cfg", "top.cfg"}));
+}
+
+TEST_F(AtomicFileTest, AppendModeCopiesLargeOldContentWhole) {
+  std::string old(10000, 'o');
+  WriteFile("/QV/big.log", old);
+  FILE* stream = fopenAtomic("/QV/big.log", "a");
+  ASSERT_NE(stream, nullptr);
+  std::fputs("+new", stream);
+  ASSERT_EQ(fcloseAtomic(stream), 0);
+  EXPECT_EQ(ReadFile("/QV/big.log"), old + "+new");
+}
+
+TEST_F(AtomicFileTest, AFailedCopyOfTheOldContentFailsTheAppendOpen) {
+  WriteFile("/QV/a.log", "old");
+  FaultInjectionEnv faults(vireline::Env::Default());
+  faults.FailAfter(FaultInjectionEnv::kWrite, 0, ENOSPC);
+  vireline::Env::SetCurrent(&faults);
+  EXPECT_EQ(fopenAtomic("/QV/a.log", "a"), nullptr);
+  vireline::Env::SetCurrent(nullptr);
+  EXPECT_EQ(ReadFile("/QV/a.log"), "old");
+  EXPECT_EQ(List("/QV"), std::vector<std::string>{"a.log"});
 }

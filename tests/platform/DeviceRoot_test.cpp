@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <memory>
 
 #include <vireline/Platform.h>
@@ -143,4 +144,10 @@ TEST(NormalizeDevicePath, CollapsesEmptyAndDotComponentsAnywhere) {
   EXPECT_EQ(NormalizeDevicePath("/QV/Base/.."), "/QV");
   EXPECT_EQ(NormalizeDevicePath("/QV/Base/"), "/QV/Base/");
   EXPECT_EQ(NormalizeDevicePath("/QV/.hidden/..x"), "/QV/.hidden/..x");
+}
+
+TEST(ResultText, SuccessAndUnknownErrorsHaveTheirOwnTexts) {
+  EXPECT_EQ(vireline::Result::Ok().ToString(), "OK");
+  EXPECT_EQ(vireline::Result::Error(-5).ToString(), "unknown error");
+  EXPECT_EQ(vireline::Result::Error(ENOENT).ToString(), "No such file or directory");
 }

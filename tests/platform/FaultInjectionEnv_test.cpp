@@ -110,3 +110,39 @@ TEST_F(FaultInjectionEnvTest, ResetDisarmsAndClearsCounts) {
   EXPECT_TRUE(Env::Current()->Stat("/", &info).ok());
   EXPECT_EQ(mEnv->Calls(FaultInjectionEnv::kStat), 1);
 }
+
+TEST_F(FaultInjectionEnvTest, AStreamItDidNotOpenIsClosedByItsTarget) {
+  FaultInjectionEnv faults(vireline::Env::Default());
+  FILE* stream = nullptr;
+  ASSERT_TRUE(vireline::Env::Default()->OpenStream("/plain", "w", &stream).ok());
+  std::fputs("plain", stream);
+  EXPECT_TRUE(faults.CloseStream(stream).ok());
+  EXPECT_EQ(ReadFile("/plain"), "plain");
+}
+
+TEST_F(FaultInjectionEnvTest, FileSystemFiguresCanFail) {
+  FaultInjectionEnv faults(vireline::Env::Default());
+  vireline::FsInfo info;
+  EXPECT_TRUE(faults.StatFs("/", &info).ok());
+  EXPECT_GT(info.blockSize, 0u);
+  faults.FailAfter(FaultInjectionEnv::kStatFs, 0, ENOSPC);
+  EXPECT_EQ(faults.StatFs("/", &info).error(), ENOSPC);
+  EXPECT_EQ(faults.Calls(FaultInjectionEnv::kStatFs), 2);
+}
+
+TEST_F(FaultInjectionEnvTest, UnsetClocksAreTheTargetsOwn) {
+  FaultInjectionEnv faults(vireline::Env::Default());
+  EXPECT_GE(faults.ProcessorClock(), 0);
+  EXPECT_GT(faults.WallClockSeconds(), 0);
+}
+
+TEST_F(FaultInjectionEnvTest, ReadErrorsOfTheFileItselfReachTheReader) {
+  MakeDirs("/folder");
+  std::unique_ptr<vireline::SequentialFile> file;
+  ASSERT_TRUE(mEnv->NewSequentialFile("/folder", &file).ok());  // a folder opens but cannot be read
+  char byte = 0;
+  size_t got = 0;
+  EXPECT_EQ(file->Read(1, &byte, &got).error(), EISDIR);
+  EXPECT_EQ(got, 0u);
+  EXPECT_EQ(mEnv->Calls(FaultInjectionEnv::kRead), 1);
+}

@@ -107,3 +107,55 @@ TEST_F(PlatformDebugTest, LongMessagesAreNotCut) {
   ASSERT_EQ(gMessages.size(), 1u);
   EXPECT_EQ(gMessages[0].text, text);
 }
+
+TEST_F(PlatformDebugTest, APercentSignAmongTextsIsPrintedOnce) {
+  PlatformDebug debug(1024);
+  debug.DebugOut(1, "%s at 100%% of %s\n", "volume", "the card");
+  ASSERT_EQ(gMessages.size(), 1u);
+  EXPECT_EQ(gMessages[0].text, "volume at 100% of the card\n");
+}
+
+TEST_F(PlatformDebugTest, AFailedAssertWithoutAMessagePrintsAnEmptyOne) {
+  PlatformDebug debug(1024);
+  debug.Assert(false, nullptr);
+  ASSERT_EQ(gMessages.size(), 1u);
+  EXPECT_EQ(gMessages[0].text, "");
+  EXPECT_EQ(gMessages[0].level, 1);
+}
+
+TEST_F(PlatformDebugTest, ModulesBeyondTheFastSlotsKeepTheirOwnLevels) {
+  PlatformDebug(0).SetMasterDebugLevel(1);
+  const int kModules = 40;  // more than the slots kept for lock-free lookups
+  for (int module = 0; module < kModules; ++module) PlatformDebug(5000 + module).SetDebugLevel(2 + module % 3);
+  for (int module = 0; module < kModules; ++module) {
+    EXPECT_EQ(PlatformDebug(5000 + module).GetEffectiveDebugLevel(), 2 + module % 3) << module;
+  }
+  PlatformDebug(5000 + kModules - 1).SetDebugLevel(9);
+  EXPECT_EQ(PlatformDebug(5000 + kModules - 1).GetEffectiveDebugLevel(), 9);
+  EXPECT_EQ(PlatformDebug(4999).GetEffectiveDebugLevel(), 1);
+}
+
+namespace {
+
+// The messages of levels 1 to 3 that show when the environment names `level`
+// as the master level before the debug service's first use.
+std::vector<Message> LevelsOneToThreeUnder(const char* level) {
+  setenv("VIRELINE_DEBUG_LEVEL", level, 1);
+  gMessages.clear();
+  PlatformDebug::SetOutputFunction(Collect);
+  PlatformDebug debug(0x281);
+  for (int shown = 1; shown <= 3; ++shown) debug.DebugOut(shown, "level %d", shown);
+  PlatformDebug::SetOutputFunction(nullptr);
+  return gMessages;
+}
+
+}  // namespace
+
+// The default master level shows level 1 only.
+TEST(PlatformDebugEnvironment, ALevelThatIsNoWholeNumberKeepsTheDefault) {
+  std::vector<Message> shown = LevelsOneToThreeUnder("5x");
+  ASSERT_EQ(shown.size(), 1u);
+  EXPECT_EQ(shown[0].text, "level 1");
+}
+
+TEST(PlatformDebugEnvironment, AnEmptyLevelKeepsTheDefault) { EXPECT_EQ(LevelsOneToThreeUnder("").size(), 1u); }

@@ -13,6 +13,7 @@
 #include <vireline/Platform.h>
 
 #include "DeviceRootTest.h"
+#include "platform/FaultInjectionEnv.h"
 
 namespace {
 
@@ -144,4 +145,178 @@ TEST_F(ScratchOverlayEnvTest, UnusableScratchFolderFailsEveryWrite) {
   EXPECT_FALSE(broken.OpenStream("/a/f", "w", &stream).ok());
   EXPECT_EQ(stream, nullptr);
   EXPECT_FALSE(Exists("/a"));
+}
+
+TEST_F(ScratchOverlayEnvTest, LinkStatSeesTheScratchCopyFirst) {
+  WriteFile("/a/f", "image");
+  vireline::FileInfo info;
+  ASSERT_TRUE(overlay->LinkStat("/a/f", &info).ok());
+  EXPECT_EQ(info.size, 5u);
+  WriteThrough("/a/f", "the scratch copy");
+  ASSERT_TRUE(overlay->LinkStat("/a/f", &info).ok());
+  EXPECT_EQ(info.type, vireline::FileType::kRegular);
+  EXPECT_EQ(info.size, 16u);
+  EXPECT_EQ(overlay->LinkStat("/a/missing", &info).error(), ENOENT);
+}
+
+TEST_F(ScratchOverlayEnvTest, ExclusiveCreationOfAnImageFileFails) {
+  WriteFile("/a/f", "image");
+  FILE* stream = nullptr;
+  EXPECT_EQ(overlay->OpenStream("/a/f", "wx", &stream).error(), EEXIST);
+  EXPECT_EQ(stream, nullptr);
+  EXPECT_TRUE(overlay->WrittenFiles().empty());
+}
+
+TEST_F(ScratchOverlayEnvTest, ScratchFoldersCanBeRemoved) {
+  ASSERT_TRUE(overlay->MakeDir("/new", 0755).ok());
+  EXPECT_TRUE(overlay->RemoveDir("/new").ok());
+  vireline::FileInfo info;
+  EXPECT_EQ(overlay->Stat("/new", &info).error(), ENOENT);
+  EXPECT_EQ(overlay->RemoveDir("/missing").error(), ENOENT);
+}
+
+TEST_F(ScratchOverlayEnvTest, ScratchFilesCanBeRenamedIntoNewFolders) {
+  WriteThrough("/a/x", "moved");
+  EXPECT_TRUE(overlay->Rename("/a/x", "/b/c/y").ok());
+  EXPECT_EQ(ReadThrough("/b/c/y"), "moved");
+  EXPECT_EQ(overlay->WrittenFiles(), std::vector<std::string>{"/b/c/y"});
+  EXPECT_EQ(overlay->Rename("/missing", "/z").error(), ENOENT);
+  EXPECT_FALSE(Exists("/b"));
+}
+
+TEST_F(ScratchOverlayEnvTest, ChangingTheModeOfAScratchFileKeepsItsContent) {
+  WriteThrough("/a/n", "x");
+  ASSERT_TRUE(overlay->ChangeMode("/a/n", 0600).ok());
+  vireline::FileInfo info;
+  ASSERT_TRUE(overlay->Stat("/a/n", &info).ok());
+  EXPECT_EQ(info.mode, 0600u);
+  EXPECT_EQ(ReadThrough("/a/n"), "x");
+}
+
+TEST_F(ScratchOverlayEnvTest, ImageFoldersAndMissingPathsKeepTheirModes) {
+  MakeDirs("/folder");
+  EXPECT_EQ(overlay->ChangeMode("/folder", 0700).error(), EROFS);
+  EXPECT_EQ(overlay->ChangeMode("/missing", 0700).error(), ENOENT);
+  EXPECT_TRUE(overlay->WrittenFiles().empty());
+}
+
+TEST_F(ScratchOverlayEnvTest, FoldersOfTheScratchFolderAloneAreListedAndSynced) {
+  WriteThrough("/only/n", "x");
+  std::vector<std::string> names;
+  EXPECT_TRUE(overlay->ListDir("/only", &names).ok());
+  EXPECT_EQ(names, std::vector<std::string>{"n"});
+  EXPECT_TRUE(overlay->SyncDir("/only").ok());
+  EXPECT_TRUE(overlay->SyncDir("/image-only").ok());  // nothing of it was written
+}
+
+TEST_F(ScratchOverlayEnvTest, ASecondOverlayGetsAScratchFolderOfItsOwn) {
+  vireline::ScratchOverlayEnv second(vireline::Env::Default(), host.get());
+  ASSERT_TRUE(second.ok());
+  EXPECT_EQ(List("/scratch").size(), 2u);
+  WriteThrough("/a/first", "x");
+  EXPECT_TRUE(second.WrittenFiles().empty());
+}
+
+TEST_F(ScratchOverlayEnvTest, WithoutTmpDirTheScratchFolderIsMadeInTmp) {
+  TmpDirEnv noTmpDir("");
+  vireline::ScratchOverlayEnv inTmp(vireline::Env::Default(), &noTmpDir);
+  ASSERT_TRUE(inTmp.ok());
+  FILE* stream = nullptr;
+  ASSERT_TRUE(inTmp.OpenStream("/a/f", "w", &stream).ok());
+  EXPECT_TRUE(inTmp.CloseStream(stream).ok());
+  EXPECT_EQ(inTmp.WrittenFiles(), std::vector<std::string>{"/a/f"});
+  EXPECT_TRUE(List("/scratch").size() == 1u);  // the fixture's own
+}
+
+// Copying an image file up before it changes fails cleanly at every step.
+class ScratchOverlayCopyUpTest : public ScratchOverlayEnvTest {
+ protected:
+  void SetUp() override {
+    ScratchOverlayEnvTest::SetUp();
+    faults.reset(new vireline::FaultInjectionEnv(host.get()));
+    overlay.reset(new vireline::ScratchOverlayEnv(vireline::Env::Default(), faults.get()));
+    ASSERT_TRUE(overlay->ok());
+    WriteFile("/a/log", "one\n");
+  }
+
+  void TearDown() override {
+    overlay.reset();
+    faults.reset();
+    ScratchOverlayEnvTest::TearDown();
+  }
+
+  // Opening the image file for appending fails with `error`, and nothing is written.
+  void ExpectAppendFails(int error) {
+    FILE* stream = nullptr;
+    EXPECT_EQ(overlay->OpenStream("/a/log", "a", &stream).error(), error);
+    EXPECT_EQ(stream, nullptr);
+    EXPECT_EQ(ReadFile("/a/log"), "one\n");
+  }
+
+  std::unique_ptr<vireline::FaultInjectionEnv> faults;
+};
+
+TEST_F(ScratchOverlayCopyUpTest, FailedFolderCreation) {
+  faults->FailAfter(vireline::FaultInjectionEnv::kMakeDir, 0, EACCES);
+  ExpectAppendFails(EACCES);
+  EXPECT_TRUE(overlay->WrittenFiles().empty());
+}
+
+TEST_F(ScratchOverlayCopyUpTest, FailedOpenOfTheCopy) {
+  faults->FailAfter(vireline::FaultInjectionEnv::kOpen, 0, ENOSPC);
+  ExpectAppendFails(ENOSPC);
+}
+
+TEST_F(ScratchOverlayCopyUpTest, FailedWriteOfTheCopy) {
+  faults->FailAfter(vireline::FaultInjectionEnv::kWrite, 0, ENOSPC);
+  ExpectAppendFails(ENOSPC);
+}
+
+TEST_F(ScratchOverlayCopyUpTest, FailedCloseOfTheCopy) {
+  faults->FailAfter(vireline::FaultInjectionEnv::kClose, 0, EIO);
+  ExpectAppendFails(EIO);
+}
+
+TEST_F(ScratchOverlayCopyUpTest, FailedModeOfTheCopy) {
+  faults->FailAfter(vireline::FaultInjectionEnv::kChangeMode, 0, EPERM);
+  ExpectAppendFails(EPERM);
+}
+
+TEST_F(ScratchOverlayEnvTest, AnUnusableScratchFolderMakesNoFolders) {
+  TmpDirEnv badHost(Host("/no/such/place"));
+  vireline::ScratchOverlayEnv broken(vireline::Env::Default(), &badHost);
+  ASSERT_FALSE(broken.ok());
+  EXPECT_EQ(broken.MakeDir("/new", 0755).error(), EROFS);
+  EXPECT_TRUE(broken.SyncDir("/new").ok());  // nothing of it was written
+  EXPECT_TRUE(broken.WrittenFiles().empty());
+  EXPECT_FALSE(Exists("/new"));
+}
+
+// The image itself fails while a file of it is copied up.
+class ScratchOverlayImageFaultTest : public ScratchOverlayEnvTest {
+ protected:
+  void SetUp() override {
+    ScratchOverlayEnvTest::SetUp();
+    overlay.reset(new vireline::ScratchOverlayEnv(&faults, host.get()));
+    ASSERT_TRUE(overlay->ok());
+    WriteFile("/a/log", "one\n");
+  }
+
+  vireline::FaultInjectionEnv faults{vireline::Env::Default()};
+};
+
+TEST_F(ScratchOverlayImageFaultTest, AnImageFileThatDoesNotOpenIsNotCopied) {
+  faults.FailAfter(vireline::FaultInjectionEnv::kOpen, 0, EACCES);
+  FILE* stream = nullptr;
+  EXPECT_EQ(overlay->OpenStream("/a/log", "a", &stream).error(), EACCES);
+  EXPECT_EQ(stream, nullptr);
+  EXPECT_TRUE(overlay->WrittenFiles().empty());
+}
+
+TEST_F(ScratchOverlayImageFaultTest, AnImageFileThatCannotBeReadIsNotCopied) {
+  faults.FailAfter(vireline::FaultInjectionEnv::kRead, 0, EIO);
+  FILE* stream = nullptr;
+  EXPECT_EQ(overlay->OpenStream("/a/log", "a", &stream).error(), EIO);
+  EXPECT_EQ(stream, nullptr);
+  EXPECT_EQ(ReadFile("/a/log"), "one\n");
 }
