@@ -145,6 +145,9 @@ bool DeviceRootEnv::OpensForReading(const std::string& path) {
   return OnHostPath(path, kFollow, [&](const std::string& host) { return target()->OpensForReading(host); });
 }
 Result DeviceRootEnv::AppendToFile(const std::string& path, const void* data, size_t size) {
+  Result appended;
+  const std::string& root = CurrentDeviceRoot();
+  if (!root.empty() && !path.empty() && AppendBelowRoot(root, path, data, size, &appended)) return appended;
   return OnHostPath(path, kFollow, [&](const std::string& host) { return target()->AppendToFile(host, data, size); });
 }
 Result DeviceRootEnv::Stat(const std::string& path, FileInfo* info) {

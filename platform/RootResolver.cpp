@@ -17,6 +17,7 @@
 #endif
 
 #include "platform/DeviceRoot.h"
+#include "platform/PosixFiles.h"
 
 namespace vireline {
 namespace {
@@ -34,24 +35,33 @@ std::atomic<bool> gKernelChecks{true};
 thread_local std::string tProbeHost;
 
 // Opens host path `host` with `flags` refusing every symbolic link on the way
-// (the last one too unless `flags` has O_NOFOLLOW) and closes it again: 0 when
-// it opened, ELOOP when a link was met, the open's error otherwise. Two system
-// calls when the path opens, one when it does not.
-int OpenWithoutLinks(const std::string& host, int flags) {
+// (the last one too unless `flags` has O_NOFOLLOW): 0 with *fd set when it
+// opened, ELOOP when a link was met, the open's error otherwise. One system call.
+int OpenDescriptorWithoutLinks(const std::string& host, int flags, int* fd) {
 #ifdef VIRELINE_HAVE_OPENAT2
   struct open_how how;
   std::memset(&how, 0, sizeof how);
   how.flags = static_cast<uint64_t>(flags | O_CLOEXEC);
   how.resolve = RESOLVE_NO_SYMLINKS;
-  long fd = ::syscall(SYS_openat2, AT_FDCWD, host.c_str(), &how, sizeof how);
-  if (fd < 0) return errno;
-  ::close(static_cast<int>(fd));
+  long opened = ::syscall(SYS_openat2, AT_FDCWD, host.c_str(), &how, sizeof how);
+  if (opened < 0) return errno;
+  *fd = static_cast<int>(opened);
   return 0;
 #else
   (void)host;
   (void)flags;
+  (void)fd;
   return ENOSYS;
 #endif
+}
+
+// As OpenDescriptorWithoutLinks, closing what opened: two system calls when
+// the path opens, one when it does not.
+int OpenWithoutLinks(const std::string& host, int flags) {
+  int fd = -1;
+  int error = OpenDescriptorWithoutLinks(host, flags, &fd);
+  if (error == 0) ::close(fd);
+  return error;
 }
 
 // True when the kernel could not walk the path as asked: no openat2 (ENOSYS,
@@ -230,6 +240,26 @@ bool ProbeBelowRoot(const std::string& root, const std::string& devicePath, bool
   int error = OpenWithoutLinks(host, O_RDONLY | O_NONBLOCK);
   if (KernelCannotTell(error)) return false;
   *opens = error == 0;
+  return true;
+}
+
+bool AppendBelowRoot(const std::string& root, const std::string& devicePath, const void* data, size_t size,
+                     Result* outcome) {
+  if (!gKernelChecks.load(std::memory_order_relaxed) || HasDotDot(devicePath)) return false;
+  std::string& host = tProbeHost;
+  MapBelowRootInto(root, devicePath, &host);
+  int fd = -1;
+  int error = OpenDescriptorWithoutLinks(host, O_RDWR, &fd);
+  if (KernelCannotTell(error)) return false;
+  if (error != 0) {
+    *outcome = Result::Error(error).OnPath(devicePath);
+    return true;
+  }
+  // As on a device, the outcome is the open's: a record that cannot be
+  // written is not the caller's to retry.
+  AppendToDescriptor(fd, data, size, devicePath);
+  ::close(fd);
+  *outcome = Result::Ok();
   return true;
 }
 

@@ -42,6 +42,14 @@ Result ResolveRenameBelowRoot(const std::string& root, const std::string& from, 
 // Lookups probe many candidates, so a probe costs what it costs on a device.
 bool ProbeBelowRoot(const std::string& root, const std::string& devicePath, bool* opens);
 
+// Appends `size` bytes to the existing file `devicePath` below `root` through
+// one open of its plain mapping, as on a device (open, seek, write, close),
+// when the kernel can vouch that no link is on the way: true with *outcome
+// set to the open's outcome; false when only ResolveBelowRoot can tell.
+// Play logs append a record at every event, so the check costs no call.
+bool AppendBelowRoot(const std::string& root, const std::string& devicePath, const void* data, size_t size,
+                     Result* outcome);
+
 }  // namespace vireline
 
 #endif  // VIRELINE_PLATFORM_ROOTRESOLVER_H_
