@@ -55,7 +55,7 @@ bool ReadWhole(const std::string& path, char* buffer, uint32_t size) {
 bool ReadOffsets(const std::string& path, uint32_t size, std::vector<uint32_t>* offsets) {
   try {
     offsets->resize(size / kFieldSize);
-  } catch (const std::bad_alloc&) {
+  } catch (const std::exception&) {  // bad_alloc, or length_error beyond a 32-bit address space
     Report("LoadDataset: no memory for the %u offsets of %s\n", size / kFieldSize, path.c_str());
     return false;
   }

@@ -169,6 +169,7 @@ Result ScratchOverlayEnv::Rename(const std::string& from, const std::string& to)
 }
 
 Result ScratchOverlayEnv::ChangeMode(const std::string& path, uint32_t mode) {
+  if (!ok()) return Result::Error(EROFS, path);  // never the host file of the same path
   Result result = InScratch(path) ? Result::Ok() : CopyUp(path);
   return result.ok() ? mHost->ChangeMode(Scratch(path), mode) : result;
 }

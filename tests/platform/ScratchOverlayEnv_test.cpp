@@ -282,6 +282,21 @@ TEST_F(ScratchOverlayCopyUpTest, FailedModeOfTheCopy) {
   ExpectAppendFails(EPERM);
 }
 
+TEST_F(ScratchOverlayEnvTest, AnUnusableScratchFolderNeverChangesTheModeOfAHostFile) {
+  TmpDirEnv badHost(Host("/no/such/place"));
+  vireline::ScratchOverlayEnv broken(vireline::Env::Default(), &badHost);
+  ASSERT_FALSE(broken.ok());
+  WriteFile("/victim", "x");
+  const std::string hostVictim = Host("/victim");
+  vireline::FileInfo before;
+  ASSERT_TRUE(vireline::Env::Host()->Stat(hostVictim, &before).ok());
+  // The image has no such file, so without a scratch folder nothing may change.
+  EXPECT_EQ(broken.ChangeMode(hostVictim, 0600).error(), EROFS);
+  vireline::FileInfo after;
+  ASSERT_TRUE(vireline::Env::Host()->Stat(hostVictim, &after).ok());
+  EXPECT_EQ(after.mode, before.mode);
+}
+
 TEST_F(ScratchOverlayEnvTest, AnUnusableScratchFolderMakesNoFolders) {
   TmpDirEnv badHost(Host("/no/such/place"));
   vireline::ScratchOverlayEnv broken(vireline::Env::Default(), &badHost);
