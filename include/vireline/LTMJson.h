@@ -106,7 +106,9 @@ class VIRELINE_EXPORT Value {
 
   // Orders as JsonCpp does: by kind first, then by content (containers by size, then member-wise).
   bool operator<(const Value& other) const;
+  // True unless `other` sorts before this value.
   bool operator<=(const Value& other) const;
+  // True unless this value sorts before `other`.
   bool operator>=(const Value& other) const;
   // True when `other` sorts before this value.
   bool operator>(const Value& other) const;
