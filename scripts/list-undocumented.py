@@ -12,10 +12,18 @@ DECL = re.compile(r'^\s*(?:VIRELINE_EXPORT\s+|static\s+|virtual\s+|explicit\s+|i
 def undocumented(path):
     lines = path.read_text().splitlines()
     private = False
+    # The access of each enclosing scope, so that a type nested in a private
+    # section gives that section back when it closes.
+    outer = []
     for i, line in enumerate(lines):
         stripped = line.strip()
         if re.match(r'^(class|struct)\b.*\{$', stripped):
+            outer.append(private)
             private = stripped.startswith('class')
+        elif re.match(r'^(union|enum)\b.*\{$', stripped):
+            outer.append(private)
+        elif re.match(r'^\}.*;$', stripped) and outer:
+            private = outer.pop()
         if stripped in ('public:', 'protected:'):
             private = False
         elif stripped == 'private:':
@@ -29,7 +37,10 @@ def undocumented(path):
         if prev.startswith('//') or prev.endswith('*/') or '//' in line:
             continue
         # a continuation of a declaration that started on an earlier line
-        if prev.endswith(',') or prev.endswith('('):
+        if prev.endswith(',') or prev.endswith('(') or stripped.startswith('__attribute__'):
+            continue
+        # a statement in the body of an inline function
+        if prev.endswith('{') and not re.match(r'^(class|struct|union|enum|namespace|extern)\b', prev):
             continue
         if re.match(r'^\s*(class|struct)\s+\w+\s*;', line):
             continue

@@ -71,6 +71,7 @@ class VIRELINE_EXPORT CLogData {
 
   // Records live on the C heap.
   static void* operator new(std::size_t size);
+  // Gives memory from operator new back to the C heap (free).
   static void operator delete(void* pointer);
 
  protected:

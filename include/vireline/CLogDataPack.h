@@ -44,6 +44,7 @@ class VIRELINE_EXPORT CLogDataPack {
 
   // Packs live on the C heap, as the records that own them do.
   static void* operator new(std::size_t size);
+  // Gives memory from operator new back to the C heap (free).
   static void operator delete(void* pointer);
 
  private:

@@ -65,6 +65,7 @@ class VIRELINE_EXPORT CLogHeader {
 
   // Headers live on the C heap.
   static void* operator new(std::size_t size);
+  // Gives memory from operator new back to the C heap (free).
   static void operator delete(void* pointer);
 
  private:

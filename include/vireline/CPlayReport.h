@@ -82,6 +82,7 @@ struct VIRELINE_EXPORT tActivityStats {
 
 // A step of progress: a level, a reward, an achievement or a new player.
 struct VIRELINE_EXPORT tProgressEvent {
+  // What the step was: a level up or down, a reward, a badge or a new player profile.
   enum tKind { kLevelUp, kLevelDown, kReward, kAchievement, kNewUser };
   tKind kind = kLevelUp;
   uint64_t offset = 0;        // of the record in the file
@@ -97,6 +98,7 @@ struct VIRELINE_EXPORT tProgressEvent {
 
 // A record worth a reader's attention, or an irregularity of the file.
 struct VIRELINE_EXPORT tPlayNotice {
+  // What the notice is about.
   enum tKind {
     kTimeSync,         // a clock record: the device started or its clock was set
     kClockReset,       // a clock record saying the clock had just been reset to its default
@@ -177,6 +179,8 @@ class CPlayReport {
 
   // What was rebuilt so far; complete after Finish.
   const tPlayerReport& Get() const { return mReport; }
+  // The same, writable: a caller that feeds records itself fills in what the
+  // file and its header say (file, status, player, serial, fileSize).
   tPlayerReport& Get() { return mReport; }
 
  private:

@@ -54,8 +54,11 @@ class VIRELINE_EXPORT Value {
   // Orders keys by their bytes (never by the locale's collation).
   struct VIRELINE_EXPORT KeyLess {
     typedef void is_transparent;
+    // True when the bytes of `a` sort before those of `b`.
     bool operator()(const Glib::ustring& a, const Glib::ustring& b) const { return a.raw() < b.raw(); }
+    // The same, for looking keys up by bytes without building a ustring.
     bool operator()(const Glib::ustring& a, std::string_view b) const { return std::string_view(a.raw()) < b; }
+    // The same, with the bytes on the left.
     bool operator()(std::string_view a, const Glib::ustring& b) const { return a < std::string_view(b.raw()); }
   };
 
@@ -67,15 +70,21 @@ class VIRELINE_EXPORT Value {
 
   // An empty value of `type` (0, "", false, [] or {} for the non-null kinds).
   Value(ValueType type = nullValue);
-  // Numbers, kept with their kind as JsonCpp keeps them.
+  // A signed number (kind intValue), kept with its kind as JsonCpp keeps it.
   Value(Int value);
+  // An unsigned number (kind uintValue).
   Value(UInt value);
+  // A signed 64-bit number (kind intValue).
   Value(Int64 value);
+  // An unsigned 64-bit number (kind uintValue).
   Value(UInt64 value);
+  // A real number (kind realValue), even when it has no fraction.
   Value(double value);
   // A string; null `value` gives "".
   Value(const char* value);
+  // A string holding the bytes of `value`.
   Value(const Glib::ustring& value);
+  // true or false (kind booleanValue).
   Value(bool value);
 
   // A deep copy.
@@ -97,8 +106,11 @@ class VIRELINE_EXPORT Value {
 
   // Orders as JsonCpp does: by kind first, then by content (containers by size, then member-wise).
   bool operator<(const Value& other) const;
+  // True unless `other` sorts before this value.
   bool operator<=(const Value& other) const;
+  // True unless this value sorts before `other`.
   bool operator>=(const Value& other) const;
+  // True when `other` sorts before this value.
   bool operator>(const Value& other) const;
   // True for the same kind and content (1 and 1u differ, as in JsonCpp).
   bool operator==(const Value& other) const;
@@ -110,12 +122,18 @@ class VIRELINE_EXPORT Value {
   Glib::ustring asString() const;
   // The bytes of a string (valid until the value changes); asserts and gives "" on any other kind.
   const char* asCString() const;
-  // The number; asserts and gives 0 when the value is not a number, bool or null, or does not fit.
+  // The number (a real cut toward zero; true 1, false and null 0); asserts and
+  // gives 0 for a string, a container or a number that does not fit Int.
   Int asInt() const;
+  // As asInt, for the range of UInt (so a negative number asserts).
   UInt asUInt() const;
+  // As asInt, for the range of Int64.
   Int64 asInt64() const;
+  // As asInt, for the range of UInt64 (so a negative number asserts).
   UInt64 asUInt64() const;
+  // The number (true 1, false and null 0); asserts and gives 0 for a string or a container.
   float asFloat() const;
+  // As asFloat, in double precision.
   double asDouble() const;
   // The truth of a bool, number or null; asserts and gives false on strings and containers.
   bool asBool() const;
@@ -124,16 +142,27 @@ class VIRELINE_EXPORT Value {
 
   // Kind tests, with JsonCpp's meaning (isInt: an integral number that fits Int, and so on).
   bool isNull() const;
+  // True for true and false only (never for a number).
   bool isBool() const;
+  // True for a number without fraction in the range of Int (a real such as 3.0 counts).
   bool isInt() const;
+  // True for a number without fraction in the range of Int64.
   bool isInt64() const;
+  // True for a number without fraction from 0 to the largest UInt.
   bool isUInt() const;
+  // True for a number without fraction from 0 to the largest UInt64.
   bool isUInt64() const;
+  // True for a number without fraction in the range of Int64 or of UInt64.
   bool isIntegral() const;
+  // True for any number, integral or not (never for a bool or null).
   bool isDouble() const;
+  // The same as isDouble.
   bool isNumeric() const;
+  // True for a string.
   bool isString() const;
+  // True for an array (null is none).
   bool isArray() const;
+  // True for an object (null is none).
   bool isObject() const;
   // True when the matching as*() call would not assert (JsonCpp's rule).
   bool isConvertibleTo(ValueType other) const;
@@ -165,6 +194,7 @@ class VIRELINE_EXPORT Value {
   // Adds `value` at the end, making null an array; asserts on other kinds and
   // then hands out a scratch value.
   Value& append(const Value& value);
+  // As above, moving `value` in rather than copying it.
   Value& append(Value&& value);
 
   // The member `key`, added as null when missing and making null an object;
@@ -176,12 +206,15 @@ class VIRELINE_EXPORT Value {
   const Value& operator[](const Glib::ustring& key) const;
   // The member `key`, or `defaultValue` when missing.
   Value get(const char* key, const Value& defaultValue) const;
+  // As above, for a Glib::ustring key.
   Value get(const Glib::ustring& key, const Value& defaultValue) const;
   // True when the object has member `key`; asserts on a non-object other than null.
   bool isMember(const char* key) const;
+  // As above, for a Glib::ustring key.
   bool isMember(const Glib::ustring& key) const;
   // Removes member `key` and returns it (null when missing); asserts on a non-object other than null.
   Value removeMember(const char* key);
+  // As above, for a Glib::ustring key.
   Value removeMember(const Glib::ustring& key);
   // Removes member `key` into *removed (when not null); false when there was none or this is no object.
   bool removeMember(const Glib::ustring& key, Value* removed);

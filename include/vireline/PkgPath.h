@@ -55,7 +55,9 @@ class tTypeName {
   char mName[16];
 };
 
+// Tells package type names apart, as a type, from other type names.
 struct tPackageTypeTag {};
+// Tells upload data type names apart, as a type, from other type names.
 struct tUploadDataTypeTag {};
 
 // A kind of content package ("System", "Application", ...); "*" means all types.
