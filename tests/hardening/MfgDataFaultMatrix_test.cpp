@@ -6,7 +6,7 @@
 // A copy moves a byte per call under fault injection, so failing every one of
 // the 16384 byte reads and writes of an Update would outlast a test's time
 // limit: the byte-wise steps are failed at the first and last calls of each
-// copy and at every 16th in between, every other step at each of its calls.
+// copy and at every 32nd in between, every other step at each of its calls.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -38,7 +38,7 @@ bool IsValid(const std::string& copy) {
 // True for the calls of a byte-wise step that the matrix fails.
 bool Sampled(int successes) {
   const int inCopy = successes % int{kMfgRecordSize};
-  return inCopy < 2 || inCopy >= int{kMfgRecordSize} - 2 || inCopy % 16 == 0;
+  return inCopy < 2 || inCopy >= int{kMfgRecordSize} - 2 || inCopy % 32 == 0;
 }
 
 }  // namespace
@@ -118,6 +118,6 @@ TEST_F(MfgDataFaultMatrixTest, AnUpdateFailingAtAByteWrittenOrReadBackLeavesAVal
       mFaults, {FaultInjectionEnv::kWrite, FaultInjectionEnv::kRead}, [&] { Reset(); },
       [&] { return Attempt(); },
       [&](const FaultMatrixStep&, bool reported) { Check(reported); }, Sampled);
-  EXPECT_GT(runs, 2 * 2 * 2 * (kMfgRecordSize / 16));
+  EXPECT_GT(runs, 2 * 2 * 2 * (kMfgRecordSize / 32));
   RecordProperty("injected_failures", runs);
 }

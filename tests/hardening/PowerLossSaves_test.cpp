@@ -11,18 +11,12 @@
 #include <vireline/CMilestones.h>
 #include <vireline/CPlayerProfile.h>
 
+#include "hardening/PlayerSaves.h"
 #include "hardening/PowerLossMatrix.h"
 #include "ltm/CyoTest.h"
 #include "ltm/PlayerProfileTest.h"
 
 namespace {
-
-const char kMilestonesPath[] = "/QV/Bulk/Data/Local/1/Milestones.json";
-const char kMilestonesOld[] = "{\"a\":true,\"b\":true}";
-const char kMilestonesNew[] = "{\"a\":true}\n\n";
-
-const char kProgressOld[] = "{\"ItemList\":[{\"Status\":2,\"Tries\":4}],\"Extra\":\"kept\"}";
-const char kProgressNew[] = "{\"Extra\":\"kept\",\"ItemList\":[{\"Status\":7,\"Tries\":4}]}\n\n";
 
 const char kSharedOld[] = "Name=Old\nID=0x00000002\nGrade=0x00000001\n";
 const char kSharedNew[] = "ID=0x00000003\nName=Ann\nPoints=0x00000000\n";
@@ -53,8 +47,8 @@ TEST_F(ProgressPowerLossTest, AMilestoneSaveLeavesTheOldMilestonesOrTheNewOnesWh
   const int cuts = CutPowerAtEveryStep(
       mLoss, [&] { WriteFile(kMilestonesPath, kMilestonesOld); }, [&] { CMilestones::Instance()->Remove("b"); },
       [&](int cut, int steps) {
-        EXPECT_EQ(List("/QV/Bulk/Data/Local/1"), std::vector<std::string>{"Milestones.json"});
-        ExpectOldOrNew(cut, steps, ReadFile(kMilestonesPath), kMilestonesOld, kMilestonesNew);
+        EXPECT_EQ(List(kPlayerFolder), std::vector<std::string>{"Milestones.json"});
+        ExpectOldOrNew(cut, steps, ReadFile(kMilestonesPath), kMilestonesOld, kMilestonesAfterRemove);
       });
   EXPECT_GE(cuts, 4);  // sync, rename, folder sync, and the clean run
   RecordProperty("power_cuts", cuts);
@@ -69,7 +63,7 @@ TEST_F(ProgressPowerLossTest, ACyoProgressSaveLeavesTheOldProgressOrTheNewWhole)
         cyo.SetStatus(0, 7);
       },
       [&](int cut, int steps) {
-        EXPECT_EQ(List("/QV/Bulk/Data/Local/1/" + std::string(kSpellingId)), std::vector<std::string>{"progress.json"});
+        EXPECT_EQ(List(std::string(kPlayerFolder) + "/" + kSpellingId), std::vector<std::string>{"progress.json"});
         ExpectOldOrNew(cut, steps, ReadFile(ProgressPath(1)), kProgressOld, kProgressNew);
       });
   EXPECT_GE(cuts, 7);  // two saves: SetStatus's and the destructor's

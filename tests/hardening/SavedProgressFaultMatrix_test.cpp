@@ -13,6 +13,7 @@
 #include <vireline/CSettingsCfgFile.h>
 
 #include "hardening/FaultMatrix.h"
+#include "hardening/PlayerSaves.h"
 #include "ltm/CyoTest.h"
 
 using vireline::FaultInjectionEnv;
@@ -24,14 +25,7 @@ const char kSettingsPath[] = "/QV/Bulk/settings.cfg";
 const char kSettingsOld[] = "CurrProfile=0x00000001\r\nLocale=en-us\r\n";
 const char kSettingsNew[] = "CurrProfile=0x00000001\nLocale=fr-fr\n";
 
-const char kPlayerFolder[] = "/QV/Bulk/Data/Local/1";
-const char kMilestonesPath[] = "/QV/Bulk/Data/Local/1/Milestones.json";
-const char kMilestonesOld[] = "{\"a\":true,\"b\":true}";
 const char kMilestonesAfterAdd[] = "{\"a\":true,\"b\":true,\"c\":true}\n\n";
-const char kMilestonesAfterRemove[] = "{\"a\":true}\n\n";
-
-const char kProgressOld[] = "{\"ItemList\":[{\"Status\":2,\"Tries\":4}],\"Extra\":\"kept\"}";
-const char kProgressNew[] = "{\"Extra\":\"kept\",\"ItemList\":[{\"Status\":7,\"Tries\":4}]}\n\n";
 
 // The file is the old content or the new one, whole.
 void ExpectWhole(const std::string& now, const std::string& oldContent, const std::string& newContent) {
