@@ -73,10 +73,17 @@ bool CProfileDscFile::ResetNumLogins() {
 }
 
 bool CProfileDscFile::NewProfile(const char* name, U32 id, U32 points) {
+  // Built whole before a single write: with immediate synchronisation each
+  // set would write a half-made profile (an ID without a name) that a power
+  // cut or a failing write could leave as the player's file.
+  const uint8_t immediate = mImmediateSynch;
+  mImmediateSynch = 0;
   if (id == 0) {
     id = GetId() + 1;  // a missing "ID" (0xFFFFFFFF) wraps to 0
     if (HasKey(kKeyTotalPoints)) ResetTotalPoints();
   }
   Clear();
-  return SetId(id) && SetName(name) && SetPoints(points);
+  const bool built = SetId(id) && SetName(name) && SetPoints(points);
+  mImmediateSynch = immediate;
+  return built && (immediate == 0 || Write());
 }

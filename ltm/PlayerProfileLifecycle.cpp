@@ -24,6 +24,12 @@ const U32 kDeviceWideAccess = 1;
 // What each player leaves directly in the local data folder, removed in this order.
 const char* const kPlayerFiles[] = {"petapp.emrs", "slot00.emrs", "slot01.emrs", "slot02.emrs", "Milestones.json"};
 
+// Turns the immediate synchronisation of a profile's two files on or off.
+void SetImmediateSynchOf(CProfileDscFile* local, CProfileDscFile* shared, bool on) {
+  if (local != nullptr) local->SetImmediateSynch(on);
+  if (shared != nullptr) shared->SetImmediateSynch(on);
+}
+
 // Removes the player's folders below the local data folder and the files it leaves there.
 void RemoveLocalData(BaseUtils* utils, tPlayerID slot) {
   CPath folder = vireline::upper::LocalDataPath(slot, ".");
@@ -71,9 +77,14 @@ bool CPlayerProfile::NewProfile(const Glib::ustring& name) {
 bool CPlayerProfile::RemoveProfile() {
   // The shared descriptor stays behind as an empty slot, so other devices and
   // the desktop tools see the slot freed rather than a missing file.
+  // The slot is emptied in memory and written once by Save: written key by
+  // key, a failure between two writes would leave a nameless player of the
+  // old grade.
+  SetImmediateSynchOf(Local(), Shared(), false);
   SetName(Glib::ustring());
   SetGrade(kGradeEmptySlot);
   SetU32ByName_Local(kPlayerProfileKey_Badges, 0);
+  SetImmediateSynchOf(Local(), Shared(), true);
   Save();
   if (mpContainer == nullptr) return false;
   tPlayerID slot = mpContainer->GetSlotID();

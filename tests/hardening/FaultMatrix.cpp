@@ -24,7 +24,8 @@ std::vector<FaultInjectionEnv::Op> FileOps() {
 
 int RunFaultMatrix(FaultInjectionEnv& faults, const std::vector<FaultInjectionEnv::Op>& ops,
                    const std::function<void()>& reset, const std::function<bool()>& attempt,
-                   const std::function<void(const FaultMatrixStep&, bool reported)>& check) {
+                   const std::function<void(const FaultMatrixStep&, bool reported)>& check,
+                   const std::function<bool(int successes)>& failing) {
   faults.Reset();
   reset();
   faults.Reset();
@@ -36,6 +37,7 @@ int RunFaultMatrix(FaultInjectionEnv& faults, const std::vector<FaultInjectionEn
   int runs = 0;
   for (FaultInjectionEnv::Op op : ops) {
     for (int successes = 0; successes < counts[op]; ++successes) {
+      if (failing && !failing(successes)) continue;
       for (bool once : {true, false}) {
         const FaultMatrixStep step{op, successes, once};
         faults.Reset();

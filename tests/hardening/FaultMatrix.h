@@ -27,9 +27,11 @@ std::vector<vireline::FaultInjectionEnv::Op> FileOps();
 // For each op in `ops` and each of its calls in a run without faults, and in
 // both modes: calls `reset` (no fault armed), arms the fault, calls `attempt`
 // and hands its report to `check` with the fault disarmed. Returns the number
-// of runs with a fault armed.
+// of runs with a fault armed. When `failing` is given, only the calls it
+// accepts (by the number of good calls before them) are failed.
 int RunFaultMatrix(vireline::FaultInjectionEnv& faults, const std::vector<vireline::FaultInjectionEnv::Op>& ops,
                    const std::function<void()>& reset, const std::function<bool()>& attempt,
-                   const std::function<void(const FaultMatrixStep&, bool reported)>& check);
+                   const std::function<void(const FaultMatrixStep&, bool reported)>& check,
+                   const std::function<bool(int successes)>& failing = nullptr);
 
 #endif  // VIRELINE_TESTS_HARDENING_FAULTMATRIX_H_

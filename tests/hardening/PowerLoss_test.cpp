@@ -16,6 +16,7 @@
 
 #include "DeviceRootTest.h"
 #include "hardening/PowerLossEnv.h"
+#include "hardening/PowerLossMatrix.h"
 #include "tests/logging/LogFileTest.h"
 
 namespace {
@@ -39,27 +40,10 @@ class PowerLossTest : public DeviceRootTest {
     DeviceRootTest::TearDown();
   }
 
-  // Runs `attempt` once with the power on to count its durability steps, then
-  // once with the power cut after each of them; `check` sees the disk the cut
-  // left. Returns the number of cuts.
+  // CutPowerAtEveryStep with this fixture's power.
   int CutAtEveryStep(const std::function<void()>& reset, const std::function<void()>& attempt,
                      const std::function<void(int cut, int steps)>& check) {
-    mLoss.Forget();
-    reset();
-    attempt();
-    const int steps = mLoss.Steps();
-    EXPECT_GT(steps, 0);
-    for (int cut = 0; cut <= steps; ++cut) {
-      mLoss.Forget();
-      reset();
-      mLoss.CutPowerAfter(cut);
-      attempt();
-      mLoss.DropUnsyncedData();
-      SCOPED_TRACE("power cut after step " + std::to_string(cut) + " of " + std::to_string(steps));
-      check(cut, steps);
-      if (HasFatalFailure()) break;
-    }
-    return steps + 1;
+    return CutPowerAtEveryStep(mLoss, reset, attempt, check);
   }
 
   // The target is alone in its folder and holds one of the two contents; once
