@@ -13,8 +13,15 @@ void FailNothrowAllocationAfter(int successes) { gNothrowCountdown = successes; 
 
 void StopFailingNothrowAllocations() { gNothrowCountdown = -1; }
 
+namespace {
+
+// True when the countdown says this non-throwing allocation fails.
+bool NextNothrowAllocationFails() { return gNothrowCountdown >= 0 && gNothrowCountdown-- == 0; }
+
+}  // namespace
+
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  if (gNothrowCountdown >= 0 && gNothrowCountdown-- == 0) return nullptr;
+  if (NextNothrowAllocationFails()) return nullptr;
   try {
     return ::operator new(size);
   } catch (...) {
@@ -22,4 +29,12 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   }
 }
 
-void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept { return ::operator new(size, tag); }
+// The array form allocates as an array, so a sanitizer pairs it with delete[].
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+  if (NextNothrowAllocationFails()) return nullptr;
+  try {
+    return ::operator new[](size);
+  } catch (...) {
+    return nullptr;
+  }
+}
