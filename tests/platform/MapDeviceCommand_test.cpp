@@ -12,13 +12,17 @@ using vireline::MapDeviceCommand;
 
 class MapDeviceCommandTest : public DeviceRootTest {};
 
+// The folders of the program exist, as on a device: a path through a missing
+// folder cannot be checked for links and runs nothing.
 TEST_F(MapDeviceCommandTest, TheProgramIsMappedAndQuotedAndTheArgumentsKept) {
+  MakeDirs("/usr/bin");
   EXPECT_EQ(MapDeviceCommand("/usr/bin/tool -v x"), "'" + Host("/usr/bin/tool") + "' -v x");
   EXPECT_EQ(MapDeviceCommand("/usr/bin/tool\targ"), "'" + Host("/usr/bin/tool") + "'\targ");
   EXPECT_EQ(MapDeviceCommand("/usr/bin/tool"), "'" + Host("/usr/bin/tool") + "'");
 }
 
 TEST_F(MapDeviceCommandTest, AQuoteInTheProgramPathIsEscapedForTheShell) {
+  MakeDirs("/opt/it's");
   EXPECT_EQ(MapDeviceCommand("/opt/it's/run now"), "'" + Host("/opt/it") + "'\\''s/run' now");
 }
 
