@@ -50,14 +50,7 @@ Result OpenTemporary(Env* env, const std::string& target, std::string* temporary
 Result CopyExistingContent(Env* env, const std::string& target, WritableFile* out) {
   std::unique_ptr<SequentialFile> in;
   if (!env->NewSequentialFile(target, &in).ok()) return Result::Ok();  // nothing to keep
-  char buffer[4096];
-  for (;;) {
-    size_t count = 0;
-    Result result = in->Read(sizeof buffer, buffer, &count);
-    if (!result.ok() || count == 0) return result;
-    result = out->Append(buffer, count);
-    if (!result.ok()) return result;
-  }
+  return CopyToEnd(in.get(), out);
 }
 
 // The steps after the temporary file is synced and closed with outcome

@@ -26,6 +26,17 @@ Result ReadFully(SequentialFile* file, size_t n, char* scratch, size_t* got) {
   return Result::Ok();
 }
 
+Result CopyToEnd(SequentialFile* in, WritableFile* out) {
+  char buffer[4096];
+  for (;;) {
+    size_t count = 0;
+    Result result = in->Read(sizeof buffer, buffer, &count);
+    if (!result.ok() || count == 0) return result;
+    result = out->Append(buffer, count);
+    if (!result.ok()) return result;
+  }
+}
+
 Result ReadToString(SequentialFile* file, size_t limit, std::string* bytes) {
   bytes->clear();
   // Small files are the common case: the step starts small and doubles.

@@ -101,6 +101,9 @@ Result ReadFully(SequentialFile* file, size_t n, char* scratch, size_t* got);
 // Reads `file` to its end, but no more than `limit` bytes, into *bytes.
 Result ReadToString(SequentialFile* file, size_t limit, std::string* bytes);
 
+// Appends the rest of `in` to `out`, block by block, until `in` ends or either fails.
+Result CopyToEnd(SequentialFile* in, WritableFile* out);
+
 // Reads at `offset` of `file` until `n` bytes or its end; *got says how many came.
 Result ReadFullyAt(RandomRWFile* file, uint64_t offset, size_t n, char* scratch, size_t* got);
 

@@ -20,16 +20,6 @@ bool Writes(const char* mode) { return std::strpbrk(mode, "wa+") != nullptr; }
 // Modes that start from the file's current content.
 bool KeepsContent(const char* mode) { return std::strchr(mode, 'w') == nullptr; }
 
-Result CopyFile(SequentialFile* in, WritableFile* out) {
-  char buffer[4096];
-  for (;;) {
-    size_t count = 0;
-    Result result = in->Read(sizeof buffer, buffer, &count);
-    if (!result.ok() || count == 0) return result;
-    result = out->Append(buffer, count);
-    if (!result.ok()) return result;
-  }
-}
 
 }  // namespace
 
@@ -83,7 +73,7 @@ Result ScratchOverlayEnv::CopyUp(const std::string& path) {
   std::unique_ptr<WritableFile> out;
   result = mHost->NewWritableFile(Scratch(path), &out);
   if (result.ok()) {
-    result = CopyFile(in.get(), out.get());
+    result = CopyToEnd(in.get(), out.get());
     Result closed = out->Close();
     if (result.ok()) result = closed;
     if (result.ok()) result = mHost->ChangeMode(Scratch(path), info.mode);
