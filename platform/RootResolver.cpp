@@ -263,4 +263,27 @@ bool AppendBelowRoot(const std::string& root, const std::string& devicePath, con
   return true;
 }
 
+bool ReadBelowRoot(const std::string& root, const std::string& devicePath, std::unique_ptr<SequentialFile>* file,
+                   Result* outcome) {
+  if (!gKernelChecks.load(std::memory_order_relaxed) || HasDotDot(devicePath)) return false;
+  std::string& host = tProbeHost;
+  MapBelowRootInto(root, devicePath, &host);
+  // Without waiting: a FIFO opens at once, and is then refused.
+  int fd = -1;
+  int error = OpenDescriptorWithoutLinks(host, O_RDONLY | O_NONBLOCK | O_NOCTTY, &fd);
+  if (error == ENOENT || error == ENOTDIR) {
+    *outcome = Result::Error(error, devicePath);
+    return true;
+  }
+  if (error != 0) return false;  // a link, or a failure the walk reports as the operation would
+  if (IsSpecialDescriptor(fd)) {
+    ::close(fd);
+    *outcome = Result::Error(ENXIO, devicePath);
+    return true;
+  }
+  *file = NewPosixSequentialFileOn(fd, host);
+  *outcome = Result::Ok();
+  return true;
+}
+
 }  // namespace vireline
