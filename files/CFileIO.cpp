@@ -42,31 +42,6 @@ char* CopyString(const char* text, size_t length) {
 
 char* CopyString(const char* text) { return CopyString(text, std::strlen(text)); }
 
-// A key allocated alone, with a spare byte after its terminator: the address
-// right after the terminator is then always inside the key's own block, so no
-// value allocated by itself can sit there (see ValueSharesKeyBlock).
-char* CopyKey(const char* key) {
-  size_t length = std::strlen(key);
-  if (length > static_cast<size_t>(INT32_MAX) - 2) return nullptr;
-  char* copy = static_cast<char*>(MallocArray(length + 2, 1));
-  if (copy == nullptr) return nullptr;
-  std::memcpy(copy, key, length + 1);
-  copy[length + 1] = '\0';
-  return copy;
-}
-
-// True when the entry's value was stored with its key (read from the file),
-// and is freed with it.
-bool ValueSharesKeyBlock(const tKeyValueEntry& entry) {
-  return entry.value != nullptr && entry.value == entry.key + std::strlen(entry.key) + 1;
-}
-
-// Releases the entry's value (leaving it null) and not the key.
-void FreeValue(tKeyValueEntry* entry) {
-  if (!ValueSharesKeyBlock(*entry)) COrvoInterface::Free(entry->value);
-  entry->value = nullptr;
-}
-
 // The entries the block has room for at `count` entries. It grows by
 // doubling, so reading a file of n lines costs O(n) and not O(n^2); a table of
 // a few dozen keys is allocated once or twice.
@@ -123,6 +98,12 @@ U32* SlotsOf(tKeyValueEntry* entries, U32 count) { return reinterpret_cast<U32*>
 // The chain holding the strings read into a table of `count` entries, or null.
 vireline::EntryStringBlock* StringsOf(tKeyValueEntry* entries, U32 count) {
   return count == 0 ? nullptr : TailOf(entries, count)->strings;
+}
+
+// Frees `text` (may be null) unless it was read from the file: those strings
+// live in the table's blocks `strings`.
+void FreeUnlessRead(const vireline::EntryStringBlock* strings, char* text) {
+  if (!vireline::ChainHolds(strings, text)) COrvoInterface::Free(text);
 }
 
 // A block for `capacity` entries, holding no strings, with nothing indexed;
@@ -481,8 +462,8 @@ void CFileIO::Close() {
 void CFileIO::Clear() {
   vireline::EntryStringBlock* strings = StringsOf(mpEntries, mNumEntries);
   for (U32 i = 0; i < mNumEntries; ++i) {
-    FreeValue(&mpEntries[i]);
-    if (!vireline::ChainHolds(strings, mpEntries[i].key)) COrvoInterface::Free(mpEntries[i].key);
+    FreeUnlessRead(strings, mpEntries[i].value);
+    FreeUnlessRead(strings, mpEntries[i].key);
   }
   vireline::FreeChain(strings);
   COrvoInterface::Free(mpEntries);
@@ -614,8 +595,8 @@ bool CFileIO::RmKey(const char* key) {
   if (entry == nullptr) return false;
   U32 index = static_cast<U32>(entry - mpEntries);
   vireline::EntryStringBlock* strings = StringsOf(mpEntries, mNumEntries);
-  FreeValue(entry);
-  if (!vireline::ChainHolds(strings, entry->key)) COrvoInterface::Free(entry->key);
+  FreeUnlessRead(strings, entry->value);
+  FreeUnlessRead(strings, entry->key);
   mDirty = 1;
   U32 remaining = mNumEntries - 1;
   if (remaining == 0) {
@@ -691,7 +672,8 @@ bool CFileIO::Write() {
 tKeyValueEntry* CFileIO::PrepareEntry(const char* key) {
   tKeyValueEntry* entry = FindKey(key);
   if (entry != nullptr) {
-    FreeValue(entry);
+    FreeUnlessRead(StringsOf(mpEntries, mNumEntries), entry->value);
+    entry->value = nullptr;
   } else {
     entry = NewEntry(key);
     if (entry == nullptr) return nullptr;
@@ -703,7 +685,7 @@ tKeyValueEntry* CFileIO::PrepareEntry(const char* key) {
 
 tKeyValueEntry* CFileIO::NewEntry(const char* key) {
   if (key == nullptr) return nullptr;
-  char* keyCopy = CopyKey(key);
+  char* keyCopy = CopyString(key);
   if (keyCopy == nullptr) return nullptr;
   tKeyValueEntry* entry = AddEntry(mpEntries, mNumEntries, keyCopy);
   if (entry == nullptr) COrvoInterface::Free(keyCopy);

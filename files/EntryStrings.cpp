@@ -65,15 +65,6 @@ char* StoreEntryStrings(EntryStringBlock** chain, const char* key, size_t keyLen
   return copy;
 }
 
-bool ChainHolds(const EntryStringBlock* chain, const char* text) {
-  for (const EntryStringBlock* block = chain; block != nullptr; block = block->next) {
-    uintptr_t bytes = reinterpret_cast<uintptr_t>(block + 1);
-    uintptr_t at = reinterpret_cast<uintptr_t>(text);
-    if (at >= bytes && at - bytes < block->size) return true;
-  }
-  return false;
-}
-
 void FreeChain(EntryStringBlock* chain) {
   while (chain != nullptr) {
     EntryStringBlock* next = chain->next;

@@ -7,6 +7,7 @@
 #define VIRELINE_FILES_ENTRYSTRINGS_H_
 
 #include <cstddef>
+#include <cstdint>
 
 namespace vireline {
 
@@ -24,8 +25,16 @@ struct EntryStringBlock {
 char* StoreEntryStrings(EntryStringBlock** chain, const char* key, size_t keyLength, const char* value,
                         size_t valueLength, bool stripQuotes, size_t hint);
 
-// True when `text` lies in one of the chain's blocks.
-bool ChainHolds(const EntryStringBlock* chain, const char* text);
+// True when `text` lies in one of the chain's blocks. Inline: a table's
+// strings are looked up here each time one is freed.
+inline bool ChainHolds(const EntryStringBlock* chain, const char* text) {
+  uintptr_t at = reinterpret_cast<uintptr_t>(text);
+  for (const EntryStringBlock* block = chain; block != nullptr; block = block->next) {
+    uintptr_t bytes = reinterpret_cast<uintptr_t>(block + 1);
+    if (at >= bytes && at - bytes < block->size) return true;
+  }
+  return false;
+}
 
 // Frees every block of the chain.
 void FreeChain(EntryStringBlock* chain);
