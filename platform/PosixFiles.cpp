@@ -200,7 +200,7 @@ std::unique_ptr<SequentialFile> NewPosixSequentialFileOn(int fd, const std::stri
 
 bool IsSpecialDescriptor(int fd) {
   struct stat64 st;
-  return ::fstat64(fd, &st) == 0 && !S_ISREG(st.st_mode) && !S_ISDIR(st.st_mode) && !S_ISLNK(st.st_mode);
+  return ::fstat64(fd, &st) == 0 && !S_ISREG(st.st_mode) && !S_ISDIR(st.st_mode);
 }
 
 Result NewPosixWritableFile(const std::string& path, int createFlags, std::unique_ptr<WritableFile>* file) {
