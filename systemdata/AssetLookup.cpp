@@ -5,6 +5,7 @@
 #include <vireline/AssetLookup.h>
 
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -52,10 +53,13 @@ const AssetRules& RulesOf(tAssetKind kind) {
 }
 
 std::string_view Bytes(const CPath& text) { return text.raw(); }
-std::string_view Bytes(const char* text) { return text; }
+template <size_t N>
+std::string_view Bytes(const char (&literal)[N]) {  // a literal's length is known
+  return std::string_view(literal, N - 1);
+}
 std::string_view Bytes(std::string_view text) { return text; }
 
-// Concatenates `parts` with a single allocation: a lookup builds up to 16 paths.
+// Concatenates `parts` with a single allocation.
 template <typename... Parts>
 CPath Joined(const Parts&... parts) {
   std::string path;
@@ -64,23 +68,56 @@ CPath Joined(const Parts&... parts) {
   return CPath(std::move(path));
 }
 
-// Tries candidates in order and remembers the one the probe accepted.
+// Tries candidates in order and remembers the one the probe accepted. Each
+// candidate is built in one buffer that keeps its storage from candidate to
+// candidate and lookup to lookup: a lookup tries up to 16 paths and only the
+// one taken becomes a path of its own. Without a probe of the caller's, the
+// candidate is opened through the platform directly.
 class Search {
  public:
-  explicit Search(const tAssetProbe& probe) : mProbe(probe) {}
+  explicit Search(const tAssetProbe* probe) : mProbe(probe), mCandidate(CandidateBuffer()) {}
 
-  // True when `path` was accepted (the search is then over).
-  bool Try(CPath path) {
-    if (!mProbe(path)) return false;
-    mFound = std::move(path);
-    return true;
+  // True when the concatenation of `parts` was accepted (the search is then over).
+  template <typename... Parts>
+  bool Try(const Parts&... parts) {
+    // Sized once, then filled: a lookup builds up to 16 paths of five parts or so.
+    mCandidate.resize((Bytes(parts).size() + ...));
+    char* out = &mCandidate[0];
+    ((out = CopyOut(Bytes(parts), out)), ...);
+    return mProbe == nullptr ? TryOpening() : TryWithProbe();
   }
 
   // Hands over the accepted path.
   CPath TakeFound() { return std::move(mFound); }
 
  private:
-  const tAssetProbe& mProbe;
+  static char* CopyOut(std::string_view part, char* out) {
+    std::memcpy(out, part.data(), part.size());
+    return out + part.size();
+  }
+
+  // This thread's candidate buffer; a probe of the caller's may run a lookup
+  // of its own in it, so what such a probe is given is a copy.
+  static std::string& CandidateBuffer() {
+    thread_local std::string tBuffer;
+    return tBuffer;
+  }
+
+  bool TryOpening() {
+    if (!Env::Current()->OpensForReading(mCandidate)) return false;
+    mFound = CPath(mCandidate);
+    return true;
+  }
+
+  bool TryWithProbe() {
+    CPath path(mCandidate);
+    if (!(*mProbe)(path)) return false;
+    mFound = std::move(path);
+    return true;
+  }
+
+  const tAssetProbe* mProbe;
+  std::string& mCandidate;
   CPath mFound;
 };
 
@@ -121,11 +158,6 @@ std::shared_ptr<const LookupLocale> LocaleOf(CSystemData* data) {
   return tLast;
 }
 
-// A folder and file-name prefix for a country's own recordings ("Audio_gb/gb_").
-CPath CountryAudio(const CPath& folder, const CString& country) {
-  return Joined(folder, "Audio_", country, "/", country, "_");
-}
-
 // An audio name split at its last ".": ext keeps the dot; without one, ext is
 // empty. Views of the asked name's bytes: every lookup splits it, and copies
 // would cost more than the split.
@@ -145,8 +177,8 @@ AudioName SplitAudioName(const CPath& name) {
 bool SearchArt(CSystemData* data, const CPath& name, Search* search) {
   std::shared_ptr<const LookupLocale> locale = LocaleOf(data);
   const CPath& pack = locale->languagePack;
-  return search->Try(Joined(pack, "Art_", locale->language, "/", name)) || search->Try(Joined(pack, "Art/", name)) ||
-         search->Try(Joined(data->GetLanguagePackPath(false), "Art/", name));
+  return search->Try(pack, "Art_", locale->language, "/", name) || search->Try(pack, "Art/", name) ||
+         search->Try(data->GetLanguagePackPath(false), "Art/", name);
 }
 
 // Video paths carry a second "/" before the name: players and their playlists
@@ -154,42 +186,47 @@ bool SearchArt(CSystemData* data, const CPath& name, Search* search) {
 bool SearchVideo(CSystemData* data, const CPath& name, Search* search) {
   std::shared_ptr<const LookupLocale> locale = LocaleOf(data);
   const CPath& pack = locale->languagePack;
-  return search->Try(Joined(pack, "Video_", locale->language, "/", "/", name)) ||
-         search->Try(Joined(pack, "Video/", "/", name)) ||
-         search->Try(Joined(data->GetLanguagePackPath(false), "Video/", "/", name));
+  return search->Try(pack, "Video_", locale->language, "/", "/", name) || search->Try(pack, "Video/", "/", name) ||
+         search->Try(data->GetLanguagePackPath(false), "Video/", "/", name);
 }
 
 bool SearchFont(CSystemData* data, const CPath& name, Search* search) {
   data->GetLocaleCode();  // fonts do not depend on it, but reading it keeps the locale current
   CPath base = data->GetBasePath();
-  return search->Try(Joined(data->GetCurrentTitlePath(), "Fonts/", name)) ||
-         search->Try(Joined(data->GetLanguagePackPath(false), "Fonts/", name)) ||
-         search->Try(Joined(base, "Fonts/", name)) || search->Try(Joined(base, "MQDX/Fonts/", name));
+  return search->Try(data->GetCurrentTitlePath(), "Fonts/", name) ||
+         search->Try(data->GetLanguagePackPath(false), "Fonts/", name) || search->Try(base, "Fonts/", name) ||
+         search->Try(base, "MQDX/Fonts/", name);
 }
 
-// In each folder a WAV recording wins over the same name in another format.
-bool SearchAudioIn(const CPath& folder, const AudioName& audio, Search* search) {
-  if (audio.ext != ".wav" && search->Try(Joined(folder, audio.stem, ".wav"))) return true;
-  return search->Try(Joined(folder, audio.name));
+// In each folder (the concatenation of `folder`) a WAV recording wins over
+// the same name in another format.
+template <typename... Folder>
+bool SearchAudioIn(const AudioName& audio, Search* search, const Folder&... folder) {
+  if (audio.ext != ".wav" && search->Try(folder..., audio.stem, ".wav")) return true;
+  return search->Try(folder..., audio.name);
 }
 
 bool SearchAudio(CSystemData* data, const AudioName& audio, Search* search) {
   std::shared_ptr<const LookupLocale> locale = LocaleOf(data);
   const CPath& pack = locale->languagePack;
-  return SearchAudioIn(Joined(data->GetCurrentTitlePath(), "Audio/"), audio, search) ||
-         SearchAudioIn(CountryAudio(pack, locale->audioCountry), audio, search) ||
-         SearchAudioIn(Joined(pack, "Audio/"), audio, search) ||
-         SearchAudioIn(Joined(data->GetLanguagePackPath(false), "Audio/"), audio, search);
+  const CString& country = locale->audioCountry;
+  // A country's own recordings are in "Audio_gb/" with names starting "gb_".
+  return SearchAudioIn(audio, search, data->GetCurrentTitlePath(), "Audio/") ||
+         SearchAudioIn(audio, search, pack, "Audio_", country, "/", country, "_") ||
+         SearchAudioIn(audio, search, pack, "Audio/") ||
+         SearchAudioIn(audio, search, data->GetLanguagePackPath(false), "Audio/");
 }
 
 bool SearchBookAudio(CSystemData* data, const CPath& name, Search* search) {
   std::shared_ptr<const LookupLocale> locale = LocaleOf(data);
   const CPath& pack = locale->languagePack;
-  CPath bookPack = Joined(locale->root, "Bulk/BookPack_", locale->language);
-  return search->Try(Joined(CountryAudio(Joined(bookPack, "/"), locale->audioCountry), name)) ||
-         search->Try(Joined(bookPack, "/Audio/", name)) ||
-         search->Try(Joined(CountryAudio(pack, locale->audioCountry), name)) || search->Try(Joined(pack, "Audio/", name)) ||
-         search->Try(Joined(data->GetLanguagePackPath(false), "Audio/", name));
+  const CString& country = locale->audioCountry;
+  const CPath& root = locale->root;
+  const CString& language = locale->language;
+  return search->Try(root, "Bulk/BookPack_", language, "/", "Audio_", country, "/", country, "_", name) ||
+         search->Try(root, "Bulk/BookPack_", language, "/Audio/", name) ||
+         search->Try(pack, "Audio_", country, "/", country, "_", name) || search->Try(pack, "Audio/", name) ||
+         search->Try(data->GetLanguagePackPath(false), "Audio/", name);
 }
 
 // The placeholder to look up after `name` was not found; empty when the kind
@@ -199,7 +236,7 @@ CPath PlaceholderFor(tAssetKind kind, const CPath& name) {
   if (placeholder == nullptr) return CPath();
   if (kind != tAssetKind::kAudio) return name.raw() == placeholder ? CPath() : CPath(placeholder);
   AudioName audio = SplitAudioName(name);
-  return audio.stem == placeholder ? CPath() : Joined(placeholder, audio.ext);
+  return audio.stem == placeholder ? CPath() : Joined(std::string_view(placeholder), audio.ext);
 }
 
 bool SearchCandidates(CSystemData* data, tAssetKind kind, const CPath& name, Search* search) {
@@ -222,36 +259,36 @@ bool SearchCandidates(CSystemData* data, tAssetKind kind, const CPath& name, Sea
 
 bool OpensForReading(const CPath& path) { return Env::Current()->OpensForReading(path.raw()); }
 
+namespace systemdata {
+namespace {
+
+// The lookup of `name`; `probe` null opens each candidate, as Find* does.
+CPath LookUp(CSystemData* data, tAssetKind kind, const CPath& name, const tAssetProbe* probe) {
+  const AssetRules& rules = RulesOf(kind);
+  DebugOut(5, rules.trace, name.c_str());
+  {
+    Search search(probe);
+    if (SearchCandidates(data, kind, name, &search)) return search.TakeFound();
+  }
+  if (rules.notFound != nullptr) DebugOut(1, rules.notFound, name.c_str());
+  CPath placeholder = PlaceholderFor(kind, name);
+  return placeholder.empty() ? CPath() : LookUp(data, kind, placeholder, probe);
+}
+
+}  // namespace
+}  // namespace systemdata
+
 CPath LookUpAsset(CSystemData* data, tAssetKind kind, const CPath& name, const tAssetProbe& probe) {
-  const systemdata::AssetRules& rules = systemdata::RulesOf(kind);
-  systemdata::DebugOut(5, rules.trace, name.c_str());
-  systemdata::Search search(probe);
-  if (systemdata::SearchCandidates(data, kind, name, &search)) return search.TakeFound();
-  if (rules.notFound != nullptr) systemdata::DebugOut(1, rules.notFound, name.c_str());
-  CPath placeholder = systemdata::PlaceholderFor(kind, name);
-  return placeholder.empty() ? CPath() : LookUpAsset(data, kind, placeholder, probe);
+  return systemdata::LookUp(data, kind, name, &probe);
 }
 
 }  // namespace vireline
 
-using vireline::LookUpAsset;
-using vireline::OpensForReading;
 using vireline::tAssetKind;
+using vireline::systemdata::LookUp;
 
-CPath CSystemData::FindArt(const CPath& name) { return LookUpAsset(this, tAssetKind::kArt, name, OpensForReading); }
-
-CPath CSystemData::FindAudio(const CPath& name) {
-  return LookUpAsset(this, tAssetKind::kAudio, name, OpensForReading);
-}
-
-CPath CSystemData::FindVideo(const CPath& name) {
-  return LookUpAsset(this, tAssetKind::kVideo, name, OpensForReading);
-}
-
-CPath CSystemData::FindFont(const CPath& name) {
-  return LookUpAsset(this, tAssetKind::kFont, name, OpensForReading);
-}
-
-CPath CSystemData::FindBookAudio(const CPath& name) {
-  return LookUpAsset(this, tAssetKind::kBookAudio, name, OpensForReading);
-}
+CPath CSystemData::FindArt(const CPath& name) { return LookUp(this, tAssetKind::kArt, name, nullptr); }
+CPath CSystemData::FindAudio(const CPath& name) { return LookUp(this, tAssetKind::kAudio, name, nullptr); }
+CPath CSystemData::FindVideo(const CPath& name) { return LookUp(this, tAssetKind::kVideo, name, nullptr); }
+CPath CSystemData::FindFont(const CPath& name) { return LookUp(this, tAssetKind::kFont, name, nullptr); }
+CPath CSystemData::FindBookAudio(const CPath& name) { return LookUp(this, tAssetKind::kBookAudio, name, nullptr); }

@@ -159,3 +159,24 @@ TEST(PlatformDebugEnvironment, ALevelThatIsNoWholeNumberKeepsTheDefault) {
 }
 
 TEST(PlatformDebugEnvironment, AnEmptyLevelKeepsTheDefault) { EXPECT_EQ(LevelsOneToThreeUnder("").size(), 1u); }
+
+TEST_F(PlatformDebugTest, TextsFollowedByANumberAreFormattedInFull) {
+  PlatformDebug debug(1024);
+  debug.DebugOut(1, "%s has %d of %s\n", "the card", 3, "its slots");
+  ASSERT_EQ(gMessages.size(), 1u);
+  EXPECT_EQ(gMessages[0].text, "the card has 3 of its slots\n");
+}
+
+TEST_F(PlatformDebugTest, ALongMessageWithANumberIsNotCut) {
+  std::string text(3000, 'y');
+  PlatformDebug(1).DebugOut(1, "%s=%u", text.c_str(), 42u);
+  ASSERT_EQ(gMessages.size(), 1u);
+  EXPECT_EQ(gMessages[0].text, text + "=42");
+}
+
+TEST_F(PlatformDebugTest, AMissingTextPrintsAsNull) {
+  const char* volatile missing = nullptr;  // not known to the compiler, as in a caller's code
+  PlatformDebug(1).DebugOut(1, "name %s.", missing);
+  ASSERT_EQ(gMessages.size(), 1u);
+  EXPECT_EQ(gMessages[0].text, "name (null).");
+}
