@@ -9,6 +9,8 @@
 
 #include <vireline/Platform.h>
 
+#include "platform/DebugJoined.h"
+
 namespace {
 
 const int kDefaultMasterLevel = 1;  // errors and traces
@@ -205,3 +207,25 @@ int PlatformDebug::GetEffectiveDebugLevel() const {
 void PlatformDebug::SetOutputFunction(tDebugOutputFunction output) { State().output = output; }
 
 void PlatformDebug::SetAbortOnAssert(bool abortOnAssert) { State().abortOnAssert = abortOnAssert; }
+
+namespace vireline {
+
+void DebugOutJoined(int module, int level, std::string_view prefix, const char* text, std::string_view suffix) {
+  if (level > PlatformDebug(module).GetEffectiveDebugLevel()) return;
+  std::string_view middle = text != nullptr ? std::string_view(text) : std::string_view("(null)");
+  size_t length = prefix.size() + middle.size() + suffix.size();
+  char small[512];
+  std::string large;
+  char* out = small;
+  if (length >= sizeof small) {
+    large.resize(length);
+    out = &large[0];
+  }
+  std::memcpy(out, prefix.data(), prefix.size());
+  std::memcpy(out + prefix.size(), middle.data(), middle.size());
+  std::memcpy(out + prefix.size() + middle.size(), suffix.data(), suffix.size());
+  out[length] = '\0';
+  Emit(module, level, out);
+}
+
+}  // namespace vireline

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/DebugJoined.h"
 #include "platform/Env.h"
 #include "systemdata/SystemDataInternal.h"
 
@@ -18,26 +19,35 @@ namespace vireline {
 namespace systemdata {
 namespace {
 
-// What each kind prints and falls back to; null for none.
+// A message of a name between two fixed parts; printed on every lookup, so
+// it is put together without a format to parse.
+struct NameMessage {
+  std::string_view before;  // empty for a kind without the message
+  std::string_view after;
+};
+
+// What each kind prints and falls back to.
 struct AssetRules {
-  const char* trace;
-  const char* notFound;
-  const char* placeholder;  // for audio, the stem: the asked name's extension is kept
+  NameMessage trace;
+  NameMessage notFound;
+  const char* placeholder;  // null for none; for audio the stem: the asked name's extension is kept
 };
 
 const AssetRules& RulesOf(tAssetKind kind) {
-  static const AssetRules kArt = {"CSystemData::FindArt( %s )\n", "CSystemData::FindArt not found %s\n",
+  static const AssetRules kArt = {{"CSystemData::FindArt( ", " )\n"}, {"CSystemData::FindArt not found ", "\n"},
                                   "missingAsset.png"};
-  static const AssetRules kAudio = {"CSystemData::FindAudio( %s )\n",
-                                    "CSystemData::FindAudio unable to find audio file %s\n",
+  static const AssetRules kAudio = {{"CSystemData::FindAudio( ", " )\n"},
+                                    {"CSystemData::FindAudio unable to find audio file ", "\n"},
                                     "h_BROM_AudioNotFoundSfx_6"};
-  static const AssetRules kVideo = {"CSystemData::FindVideo( %s )\n", "CSystemData::FindVideo not found %s\n",
+  static const AssetRules kVideo = {{"CSystemData::FindVideo( ", " )\n"}, {"CSystemData::FindVideo not found ", "\n"},
                                     nullptr};
-  static const AssetRules kFont = {"CSystemData::FindFont( %s )\n", "CSystemData::FindFont not found %s\n",
+  static const AssetRules kFont = {{"CSystemData::FindFont( ", " )\n"}, {"CSystemData::FindFont not found ", "\n"},
                                    "QVCurry.ttf"};
   static const AssetRules kBookAudio = {
-      "CSystemData::FindBookAudio( %s ), WARNING: make sure your title has a dependency on a book pack.\n",
-      nullptr, nullptr};
+      {"CSystemData::FindBookAudio( ",
+       " ), WARNING: make sure your title has a dependency on a book pack.\n"},
+      {},
+      nullptr};
   switch (kind) {
     case tAssetKind::kArt:
       return kArt;
@@ -50,6 +60,11 @@ const AssetRules& RulesOf(tAssetKind kind) {
     default:
       return kBookAudio;
   }
+}
+
+// Prints `message` about `name` at `level`, when the kind has the message.
+void Print(int level, const NameMessage& message, const CPath& name) {
+  if (!message.before.empty()) DebugOutJoined(kDebugModule, level, message.before, name.c_str(), message.after);
 }
 
 std::string_view Bytes(const CPath& text) { return text.raw(); }
@@ -265,12 +280,12 @@ namespace {
 // The lookup of `name`; `probe` null opens each candidate, as Find* does.
 CPath LookUp(CSystemData* data, tAssetKind kind, const CPath& name, const tAssetProbe* probe) {
   const AssetRules& rules = RulesOf(kind);
-  DebugOut(5, rules.trace, name.c_str());
+  Print(5, rules.trace, name);
   {
     Search search(probe);
     if (SearchCandidates(data, kind, name, &search)) return search.TakeFound();
   }
-  if (rules.notFound != nullptr) DebugOut(1, rules.notFound, name.c_str());
+  Print(1, rules.notFound, name);
   CPath placeholder = PlaceholderFor(kind, name);
   return placeholder.empty() ? CPath() : LookUp(data, kind, placeholder, probe);
 }
