@@ -102,8 +102,12 @@ class Search {
     return mProbe == nullptr ? TryOpening() : TryWithProbe();
   }
 
-  // Hands over the accepted path.
-  CPath TakeFound() { return std::move(mFound); }
+  // Hands over the accepted path. A candidate opened here is still in the
+  // buffer: nothing else ran since.
+  CPath TakeFound() {
+    if (mProbe == nullptr) return CPath(mCandidate);
+    return std::move(mFound);
+  }
 
  private:
   static char* CopyOut(std::string_view part, char* out) {
@@ -118,11 +122,7 @@ class Search {
     return tBuffer;
   }
 
-  bool TryOpening() {
-    if (!Env::Current()->OpensForReading(mCandidate)) return false;
-    mFound = CPath(mCandidate);
-    return true;
-  }
+  bool TryOpening() { return Env::Current()->OpensForReading(mCandidate); }
 
   bool TryWithProbe() {
     CPath path(mCandidate);
@@ -133,7 +133,7 @@ class Search {
 
   const tAssetProbe* mProbe;
   std::string& mCandidate;
-  CPath mFound;
+  CPath mFound;  // accepted by the caller's probe
 };
 
 // The locale's language and country as the lookups use them.
