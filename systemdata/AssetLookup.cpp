@@ -102,6 +102,9 @@ class Search {
     return mProbe == nullptr ? TryOpening() : TryWithProbe();
   }
 
+  // True when candidates go to a probe of the caller's.
+  bool RunsCallersProbe() const { return mProbe != nullptr; }
+
   // Hands over the accepted path. A candidate opened here is still in the
   // buffer: nothing else ran since.
   CPath TakeFound() {
@@ -154,24 +157,32 @@ CString AudioCountryOf(const CString& language, const CString& country) {
   return country;
 }
 
-// The locale is read anew for every lookup; what follows from it is worked
-// out again only when it (or the root) has changed since this thread's last
-// lookup. A lookup keeps its own reference, so a nested one may replace it.
-std::shared_ptr<const LookupLocale> LocaleOf(CSystemData* data) {
-  thread_local std::shared_ptr<const LookupLocale> tLast;
-  CString code = data->GetLocaleCode();
-  CPath root = data->GetRootPath();
-  if (tLast && tLast->code.raw() == code.raw() && tLast->root.raw() == root.raw()) return tLast;
+// What the lookups use of locale `code` below `root`.
+std::shared_ptr<const LookupLocale> NewLocale(const CString& code, const CPath& root) {
   auto locale = std::make_shared<LookupLocale>();
   locale->language = LanguageOf(code);
   locale->country = CountryOf(code);
   locale->audioCountry = AudioCountryOf(locale->language, locale->country);
   locale->languagePack = LanguagePackFolder(root, code);
-  locale->code = std::move(code);
-  locale->root = std::move(root);
-  tLast = locale;
-  return tLast;
+  locale->code = code;
+  locale->root = root;
+  return locale;
 }
+
+// The locale is read anew for every lookup; what follows from it is worked
+// out again only when it (or the root) has changed since this thread's last
+// lookup. A lookup whose probe is the caller's holds its own reference, as
+// the probe may run a lookup that replaces it; any other lookup runs nothing
+// in between and borrows it, without touching the reference count.
+std::shared_ptr<const LookupLocale> LocaleOf(CSystemData* data, const Search& search) {
+  thread_local std::shared_ptr<const LookupLocale> tLast;
+  CString code = data->GetLocaleCode();
+  CPath root = data->GetRootPath();
+  if (!tLast || tLast->code.raw() != code.raw() || tLast->root.raw() != root.raw()) tLast = NewLocale(code, root);
+  if (search.RunsCallersProbe()) return tLast;
+  return std::shared_ptr<const LookupLocale>(std::shared_ptr<const LookupLocale>(), tLast.get());
+}
+
 
 // An audio name split at its last ".": ext keeps the dot; without one, ext is
 // empty. Views of the asked name's bytes: every lookup splits it, and copies
@@ -190,7 +201,7 @@ AudioName SplitAudioName(const CPath& name) {
 }
 
 bool SearchArt(CSystemData* data, const CPath& name, Search* search) {
-  std::shared_ptr<const LookupLocale> locale = LocaleOf(data);
+  std::shared_ptr<const LookupLocale> locale = LocaleOf(data, *search);
   const CPath& pack = locale->languagePack;
   return search->Try(pack, "Art_", locale->language, "/", name) || search->Try(pack, "Art/", name) ||
          search->Try(data->GetLanguagePackPath(false), "Art/", name);
@@ -199,7 +210,7 @@ bool SearchArt(CSystemData* data, const CPath& name, Search* search) {
 // Video paths carry a second "/" before the name: players and their playlists
 // were matched against paths of this form.
 bool SearchVideo(CSystemData* data, const CPath& name, Search* search) {
-  std::shared_ptr<const LookupLocale> locale = LocaleOf(data);
+  std::shared_ptr<const LookupLocale> locale = LocaleOf(data, *search);
   const CPath& pack = locale->languagePack;
   return search->Try(pack, "Video_", locale->language, "/", "/", name) || search->Try(pack, "Video/", "/", name) ||
          search->Try(data->GetLanguagePackPath(false), "Video/", "/", name);
@@ -222,7 +233,7 @@ bool SearchAudioIn(const AudioName& audio, Search* search, const Folder&... fold
 }
 
 bool SearchAudio(CSystemData* data, const AudioName& audio, Search* search) {
-  std::shared_ptr<const LookupLocale> locale = LocaleOf(data);
+  std::shared_ptr<const LookupLocale> locale = LocaleOf(data, *search);
   const CPath& pack = locale->languagePack;
   const CString& country = locale->audioCountry;
   // A country's own recordings are in "Audio_gb/" with names starting "gb_".
@@ -233,7 +244,7 @@ bool SearchAudio(CSystemData* data, const AudioName& audio, Search* search) {
 }
 
 bool SearchBookAudio(CSystemData* data, const CPath& name, Search* search) {
-  std::shared_ptr<const LookupLocale> locale = LocaleOf(data);
+  std::shared_ptr<const LookupLocale> locale = LocaleOf(data, *search);
   const CPath& pack = locale->languagePack;
   const CString& country = locale->audioCountry;
   const CPath& root = locale->root;
