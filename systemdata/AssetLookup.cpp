@@ -13,6 +13,7 @@
 
 #include "platform/DebugJoined.h"
 #include "platform/Env.h"
+#include "systemdata/FolderAccess.h"
 #include "systemdata/SystemDataInternal.h"
 
 namespace vireline {
@@ -176,8 +177,9 @@ std::shared_ptr<const LookupLocale> NewLocale(const CString& code, const CPath& 
 // in between and borrows it, without touching the reference count.
 std::shared_ptr<const LookupLocale> LocaleOf(CSystemData* data, const Search& search) {
   thread_local std::shared_ptr<const LookupLocale> tLast;
-  CString code = data->GetLocaleCode();
-  CPath root = data->GetRootPath();
+  CString scratch;
+  const CString& code = FolderAccess::LocaleCode(data, &scratch);
+  const CPath& root = FolderAccess::RootPath(data);
   if (!tLast || tLast->code.raw() != code.raw() || tLast->root.raw() != root.raw()) tLast = NewLocale(code, root);
   if (search.RunsCallersProbe()) return tLast;
   return std::shared_ptr<const LookupLocale>(std::shared_ptr<const LookupLocale>(), tLast.get());
@@ -204,7 +206,7 @@ bool SearchArt(CSystemData* data, const CPath& name, Search* search) {
   std::shared_ptr<const LookupLocale> locale = LocaleOf(data, *search);
   const CPath& pack = locale->languagePack;
   return search->Try(pack, "Art_", locale->language, "/", name) || search->Try(pack, "Art/", name) ||
-         search->Try(data->GetLanguagePackPath(false), "Art/", name);
+         search->Try(FolderAccess::UniversalLanguagePack(data), "Art/", name);
 }
 
 // Video paths carry a second "/" before the name: players and their playlists
@@ -213,14 +215,15 @@ bool SearchVideo(CSystemData* data, const CPath& name, Search* search) {
   std::shared_ptr<const LookupLocale> locale = LocaleOf(data, *search);
   const CPath& pack = locale->languagePack;
   return search->Try(pack, "Video_", locale->language, "/", "/", name) || search->Try(pack, "Video/", "/", name) ||
-         search->Try(data->GetLanguagePackPath(false), "Video/", "/", name);
+         search->Try(FolderAccess::UniversalLanguagePack(data), "Video/", "/", name);
 }
 
 bool SearchFont(CSystemData* data, const CPath& name, Search* search) {
-  data->GetLocaleCode();  // fonts do not depend on it, but reading it keeps the locale current
-  CPath base = data->GetBasePath();
-  return search->Try(data->GetCurrentTitlePath(), "Fonts/", name) ||
-         search->Try(data->GetLanguagePackPath(false), "Fonts/", name) || search->Try(base, "Fonts/", name) ||
+  CString scratch;
+  FolderAccess::LocaleCode(data, &scratch);  // fonts do not depend on it, but reading it keeps the locale current
+  const CPath& base = FolderAccess::BasePath(data);
+  return search->Try(FolderAccess::CurrentTitlePath(data), "Fonts/", name) ||
+         search->Try(FolderAccess::UniversalLanguagePack(data), "Fonts/", name) || search->Try(base, "Fonts/", name) ||
          search->Try(base, "MQDX/Fonts/", name);
 }
 
@@ -237,10 +240,10 @@ bool SearchAudio(CSystemData* data, const AudioName& audio, Search* search) {
   const CPath& pack = locale->languagePack;
   const CString& country = locale->audioCountry;
   // A country's own recordings are in "Audio_gb/" with names starting "gb_".
-  return SearchAudioIn(audio, search, data->GetCurrentTitlePath(), "Audio/") ||
+  return SearchAudioIn(audio, search, FolderAccess::CurrentTitlePath(data), "Audio/") ||
          SearchAudioIn(audio, search, pack, "Audio_", country, "/", country, "_") ||
          SearchAudioIn(audio, search, pack, "Audio/") ||
-         SearchAudioIn(audio, search, data->GetLanguagePackPath(false), "Audio/");
+         SearchAudioIn(audio, search, FolderAccess::UniversalLanguagePack(data), "Audio/");
 }
 
 bool SearchBookAudio(CSystemData* data, const CPath& name, Search* search) {
@@ -252,7 +255,7 @@ bool SearchBookAudio(CSystemData* data, const CPath& name, Search* search) {
   return search->Try(root, "Bulk/BookPack_", language, "/", "Audio_", country, "/", country, "_", name) ||
          search->Try(root, "Bulk/BookPack_", language, "/Audio/", name) ||
          search->Try(pack, "Audio_", country, "/", country, "_", name) || search->Try(pack, "Audio/", name) ||
-         search->Try(data->GetLanguagePackPath(false), "Audio/", name);
+         search->Try(FolderAccess::UniversalLanguagePack(data), "Audio/", name);
 }
 
 // The placeholder to look up after `name` was not found; empty when the kind
