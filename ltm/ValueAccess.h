@@ -7,6 +7,7 @@
 #include <string_view>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 #include <vireline/LTMJson.h>
 
@@ -77,6 +78,11 @@ class ValueAccess {
                       std::forward_as_tuple())
         ->second;
   }
+
+  // Empties the containers of `value`, `depth` levels below the value being
+  // released: by recursion while that stays shallow, and below that by moving
+  // the children that have children of their own into *deeper.
+  static void ReleaseChildren(Value& value, unsigned depth, std::vector<Value>* deeper);
 
   // The member `key` of an object (or null), added when missing.
   static Value& Member(Value& value, std::string_view key) { return value.MemberReference(key); }
