@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "ltm/Utf8Check.h"
 #include "ltm/ValueAccess.h"
 
 namespace LTM {
@@ -95,6 +96,34 @@ bool ToJsonTree(const Value& value, Json::Value* json) { return ToJson(value, js
 bool FromJsonTree(const Json::Value& json, Value* value) {
   *value = Value();
   return FromJson(json, value, 0);
+}
+
+bool ParseJsonText(const char* begin, const char* end, Value* root, std::string* errors) {
+  errors->clear();
+  *root = Value();
+  // Documents are UTF-8; a string of any other bytes would reach clients as
+  // a Glib::ustring that Glib's character functions cannot walk.
+  if (!IsValidUtf8(begin, static_cast<size_t>(end - begin))) {
+    *errors = "The document is not valid UTF-8.\n";
+    return false;
+  }
+  Json::Value json;
+  try {
+    Json::Reader reader;
+    if (!reader.parse(begin, end, json, false)) {
+      *errors = reader.getFormattedErrorMessages();
+      return false;
+    }
+  } catch (const std::exception& error) {  // JsonCpp throws past its nesting limit
+    *errors = std::string(error.what()) + "\n";
+    return false;
+  }
+  if (!FromJson(json, root, 0)) {
+    *root = Value();  // no half-converted document
+    *errors = "The document is nested too deeply.\n";
+    return false;
+  }
+  return true;
 }
 
 Json::Value ConversionProbe(const Value& value) {
