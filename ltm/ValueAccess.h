@@ -74,7 +74,7 @@ class ValueAccess {
   static Value& NewMember(Value& object, const char* begin, const char* end) {
     Value::ObjectValues& members = *object.mObject;
     return members
-        .emplace_hint(members.end(), std::piecewise_construct, std::forward_as_tuple(std::string(begin, end)),
+        .emplace_hint(members.end(), std::piecewise_construct, std::forward_as_tuple(begin, end),
                       std::forward_as_tuple())
         ->second;
   }
