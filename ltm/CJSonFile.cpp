@@ -44,10 +44,10 @@ void CreateDefaultFile(const Glib::ustring& path) {
   }
 }
 
-// Documents this small (nearly every one) are read into the caller's stack:
-// one heap block this large per load would have the C library's allocator
-// merge all its small free blocks each time, which costs more than the
-// conversion of the whole document.
+// Documents this small (nearly every one) are read into the caller's stack
+// and parsed there: a heap block of this size on every load has the C
+// library's allocator merge all its small free blocks each time, which makes
+// each allocation of the conversion that follows dearer too.
 const size_t kStackDocumentSize = 4096;
 
 // The reasons ReadDocument gives.
@@ -61,7 +61,7 @@ const char* ReadRestOfDocument(vireline::SequentialFile* in, const char* start, 
     // One byte more than a document may hold tells a document too large.
     size_t limit = static_cast<size_t>(kMaxDocumentSize) + 1 - got;
     vireline::Result read = vireline::ReadToString(in, limit, large);
-    if (got > 0) large->insert(0, start, got);  // a file that grew since it told its size
+    large->insert(0, start, got);
     if (large->size() > static_cast<size_t>(kMaxDocumentSize)) return kTooLarge;
     if (!read.ok()) return kReadFailed;
   } catch (const std::bad_alloc&) {
@@ -70,17 +70,14 @@ const char* ReadRestOfDocument(vireline::SequentialFile* in, const char* start, 
   return nullptr;
 }
 
-// Reads the whole document: into `small` (kStackDocumentSize bytes) when the
-// file tells a size that fits, else into *large. *text shows the bytes read;
-// the result is the failure reason, or null.
+// Reads the whole document: into `small` (kStackDocumentSize bytes) when it
+// fits there, else into *large. *text shows the bytes read; the result is the
+// failure reason, or null.
 const char* ReadDocument(vireline::SequentialFile* in, char* small, std::string* large, std::string_view* text) {
-  uint64_t size = 0;
   size_t got = 0;
-  if (in->SizeHint(&size) && size < kStackDocumentSize) {
-    if (!vireline::ReadFully(in, kStackDocumentSize, small, &got).ok()) return kReadFailed;
-    *text = std::string_view(small, got);
-    if (got < kStackDocumentSize) return nullptr;
-  }
+  if (!vireline::ReadFully(in, kStackDocumentSize, small, &got).ok()) return kReadFailed;
+  *text = std::string_view(small, got);
+  if (got < kStackDocumentSize) return nullptr;
   const char* failure = ReadRestOfDocument(in, small, got, large);
   *text = *large;
   return failure;

@@ -1,6 +1,6 @@
 // Documents of every size load whole: small ones are read into a stack buffer,
-// larger ones (or ones that grow past the size their file told) into the heap,
-// and the text still ends at its first zero byte whichever way it was read.
+// larger ones go on into the heap (whatever size their file told), and the
+// text still ends at its first zero byte whichever way it was read.
 #include <gtest/gtest.h>
 
 #include <memory>
