@@ -40,7 +40,9 @@ Value ValueOr(const Value& found, const Value& defaultValue) {
 
 }  // namespace
 
-Value::Value(ValueType type) : mType(nullValue), mScalar() { MakeType(type); }
+Value::Value(ValueType type) : mType(nullValue), mScalar() {
+  if (type != nullValue) MakeType(type);  // a null value is made by the initialisers alone
+}
 
 Value::Value(Int value) : Value(static_cast<Int64>(value)) {}
 
@@ -81,7 +83,7 @@ Value& Value::operator=(Value&& other) noexcept {
 }
 
 Value::~Value() {
-  if (!HasChildren()) return;
+  if (!ValueAccess::HasChildren(*this)) return;
   std::vector<Value> deeper;  // allocates only for a tree deeper than the recursion goes
   ValueAccess::ReleaseChildren(*this, 0, &deeper);
   while (!deeper.empty()) {
@@ -99,17 +101,17 @@ void Value::swap(Value& other) noexcept {
   mObject.swap(other.mObject);
 }
 
-bool Value::HasChildren() const { return !mArray.empty() || (mObject && !mObject->empty()); }
+bool Value::HasChildren() const { return ValueAccess::HasChildren(*this); }
 
 // Moves the children out so that destroying this value does not descend.
 void Value::DetachChildrenInto(std::vector<Value>* pending) {
   for (auto& element : mArray) {
-    if (element->HasChildren()) pending->push_back(std::move(*element));
+    if (ValueAccess::HasChildren(*element)) pending->push_back(std::move(*element));
   }
   mArray.clear();
   if (mObject) {
     for (auto& member : *mObject) {
-      if (member.second.HasChildren()) pending->push_back(std::move(member.second));
+      if (ValueAccess::HasChildren(member.second)) pending->push_back(std::move(member.second));
     }
     mObject->clear();
   }
@@ -121,12 +123,12 @@ void ValueAccess::ReleaseChildren(Value& value, unsigned depth, std::vector<Valu
     return;
   }
   for (auto& element : value.mArray) {
-    if (element->HasChildren()) ReleaseChildren(*element, depth + 1, deeper);
+    if (HasChildren(*element)) ReleaseChildren(*element, depth + 1, deeper);
   }
   value.mArray.clear();  // each element is childless by now: its destructor does not descend
   if (value.mObject) {
     for (auto& member : *value.mObject) {
-      if (member.second.HasChildren()) ReleaseChildren(member.second, depth + 1, deeper);
+      if (HasChildren(member.second)) ReleaseChildren(member.second, depth + 1, deeper);
     }
     value.mObject->clear();
   }

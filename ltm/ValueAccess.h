@@ -26,6 +26,12 @@ class ValueAccess {
   // Only for an object.
   static const Value::ObjectValues& ObjectOf(const Value& value) { return *value.mObject; }
 
+  // True when `value` holds elements or members; inline, as releasing a tree
+  // asks it of every value.
+  static bool HasChildren(const Value& value) {
+    return !value.mArray.empty() || (value.mObject && !value.mObject->empty());
+  }
+
   // A string value taking over `bytes`.
   static Value StringValue(std::string&& bytes) {
     Value value(stringValue);
@@ -52,13 +58,16 @@ class ValueAccess {
     null.mType = booleanValue;
     null.mScalar.boolValue = truth;
   }
-  // A copy of the bytes [begin, end).
+  // A copy of the bytes [begin, end), made in one step (the string is empty).
   static void SetString(Value& null, const char* begin, const char* end) {
     null.mType = stringValue;
-    null.mString.assign(begin, end);
+    null.mString = std::string(begin, end);
   }
-  // An empty array or object.
-  static void SetContainer(Value& null, ValueType type) { null.MakeType(type); }
+  // An empty array or object: a null value has no scalar, string or elements to clear.
+  static void SetContainer(Value& null, ValueType type) {
+    null.mType = type;
+    if (type == objectValue) null.mObject = std::make_unique<Value::ObjectValues>();
+  }
 
   // Makes room for `count` elements in an array.
   static void ReserveElements(Value& array, size_t count) { array.mArray.reserve(count); }
