@@ -50,8 +50,8 @@ set(VIRELINE_AREA_SOURCES_ltm
   CApps.cpp CAvatars.cpp CConsumable.cpp CCyo.cpp CCyoItem.cpp CJSonFile.cpp CMetaInfo.cpp CMicroDownloads.cpp
   CPlayerProfile.cpp CSystem.cpp CartDependencies.cpp CartDependencyTables.cpp ContentListMessages.cpp
   CyoSearch.cpp FastWriter.cpp JsonTree.cpp JsonTypeError.cpp LowerLayerReads.cpp PackageCandidate.cpp
-  PlayerProfileLifecycle.cpp Reader.cpp StreamExtraction.cpp StyledWriter.cpp Value.cpp ValueCompare.cpp
-  ValueConversions.cpp)
+  PlayerProfileLifecycle.cpp Reader.cpp StreamExtraction.cpp StyledWriter.cpp Utf8Check.cpp Value.cpp
+  ValueCompare.cpp ValueConversions.cpp)
 set(VIRELINE_AREA_SOURCES_systemdata
   AssetLookup.cpp CSystemData.cpp CurrentTitle.cpp Languages.cpp Locale.cpp PlayerPaths.cpp Widgets.cpp)
 set(VIRELINE_AREA_SOURCES_logging

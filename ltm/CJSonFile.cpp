@@ -5,6 +5,7 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include <vireline/Platform.h>
@@ -14,6 +15,7 @@
 #include "platform/Env.h"
 #include "platform/FormattedWrite.h"
 #include "files/UnreadableFiles.h"
+#include "ltm/JsonTree.h"
 
 namespace LTM {
 namespace {
@@ -42,17 +44,49 @@ void CreateDefaultFile(const Glib::ustring& path) {
   }
 }
 
-// Reads the whole document into *bytes: its failure reason, or null.
-const char* ReadDocument(vireline::SequentialFile* in, std::string* bytes) {
+// Documents this small (nearly every one) are read into the caller's stack
+// and parsed there: a heap block of this size on every load has the C
+// library's allocator merge all its small free blocks each time, which makes
+// each allocation of the conversion that follows dearer too.
+const size_t kStackDocumentSize = 4096;
+
+// The reasons ReadDocument gives.
+const char kTooLarge[] = "could not allocate memory";
+const char kReadFailed[] = "buffer size does not match reported size";
+
+// Reads the rest of the document into *large, after the `got` bytes of
+// `start` read already: its failure reason, or null.
+const char* ReadRestOfDocument(vireline::SequentialFile* in, const char* start, size_t got, std::string* large) {
   try {
     // One byte more than a document may hold tells a document too large.
-    vireline::Result read = vireline::ReadToString(in, static_cast<size_t>(kMaxDocumentSize) + 1, bytes);
-    if (bytes->size() > static_cast<size_t>(kMaxDocumentSize)) return "could not allocate memory";
-    if (!read.ok()) return "buffer size does not match reported size";
+    size_t limit = static_cast<size_t>(kMaxDocumentSize) + 1 - got;
+    vireline::Result read = vireline::ReadToString(in, limit, large);
+    large->insert(0, start, got);
+    if (large->size() > static_cast<size_t>(kMaxDocumentSize)) return kTooLarge;
+    if (!read.ok()) return kReadFailed;
   } catch (const std::bad_alloc&) {
-    return "could not allocate memory";
+    return kTooLarge;
   }
   return nullptr;
+}
+
+// Reads the whole document: into `small` (kStackDocumentSize bytes) when it
+// fits there, else into *large. *text shows the bytes read; the result is the
+// failure reason, or null.
+const char* ReadDocument(vireline::SequentialFile* in, char* small, std::string* large, std::string_view* text) {
+  size_t got = 0;
+  if (!vireline::ReadFully(in, kStackDocumentSize, small, &got).ok()) return kReadFailed;
+  *text = std::string_view(small, got);
+  if (got < kStackDocumentSize) return nullptr;
+  const char* failure = ReadRestOfDocument(in, small, got, large);
+  *text = *large;
+  return failure;
+}
+
+// `text` up to its first zero byte, where a document has always ended.
+std::string_view UpToZero(std::string_view text) {
+  const void* zero = std::memchr(text.data(), '\0', text.size());
+  return zero == nullptr ? text : text.substr(0, static_cast<const char*>(zero) - text.data());
 }
 
 }  // namespace
@@ -84,19 +118,19 @@ U32 CJSonFile::Load() {
     PrintLoadFailure(2, "filehandle was NULL", mRsrcPath);
     return kLoadFailed;
   }
-  std::string bytes;
-  const char* failure = ReadDocument(in.get(), &bytes);
+  char small[kStackDocumentSize];
+  std::string large;
+  std::string_view text;
+  const char* failure = ReadDocument(in.get(), small, &large, &text);
   if (failure != nullptr) {
     PrintLoadFailure(2, failure, mRsrcPath);
     vireline::UnreadableFiles::Mark(this, true);
     return kLoadFailed;
   }
   in.reset();
-  // The text ends at the first zero byte, as it always has.
-  bytes.resize(std::strlen(bytes.c_str()));
-  Glib::ustring text(std::move(bytes));
-  Reader reader;
-  if (!reader.parse(text, mRoot)) {
+  text = UpToZero(text);
+  std::string errors;
+  if (!ParseJsonText(text.data(), text.data() + text.size(), &mRoot, &errors)) {
     PrintLoadFailure(1, "JSON parser reported an error", mRsrcPath);
     mRoot = Value(objectValue);
     return kLoadFailed;

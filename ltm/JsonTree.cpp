@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "ltm/Utf8Check.h"
 #include "ltm/ValueAccess.h"
 
 namespace LTM {
@@ -58,7 +59,7 @@ bool ElementsFromJson(const Json::Value& json, Value* array, unsigned depth) {
 // the byte order of their keys, as Value does, so each is added at the end
 // without searching, and its key is copied once.
 bool MembersFromJson(const Json::Value& json, Value* object, unsigned depth) {
-  for (auto member = json.begin(); member != json.end(); ++member) {
+  for (auto member = json.begin(), end = json.end(); member != end; ++member) {
     const char* keyEnd = nullptr;
     const char* key = member.memberName(&keyEnd);
     if (!FromJson(*member, &ValueAccess::NewMember(*object, key, keyEnd), depth + 1)) return false;
@@ -70,7 +71,8 @@ bool MembersFromJson(const Json::Value& json, Value* object, unsigned depth) {
 bool FromJson(const Json::Value& json, Value* value, unsigned depth) {
   const char* begin = nullptr;
   const char* end = nullptr;
-  switch (json.type()) {
+  Json::ValueType type = json.type();
+  switch (type) {
     case Json::nullValue: return true;
     case Json::intValue: ValueAccess::SetInt(*value, json.asLargestInt()); return true;
     case Json::uintValue: ValueAccess::SetUInt(*value, json.asLargestUInt()); return true;
@@ -84,7 +86,7 @@ bool FromJson(const Json::Value& json, Value* value, unsigned depth) {
     case Json::objectValue: ValueAccess::SetContainer(*value, objectValue); break;
   }
   if (depth >= kMaxJsonDepth) return false;
-  if (json.type() == Json::arrayValue) return ElementsFromJson(json, value, depth);
+  if (type == Json::arrayValue) return ElementsFromJson(json, value, depth);
   return MembersFromJson(json, value, depth);
 }
 
@@ -92,9 +94,32 @@ bool FromJson(const Json::Value& json, Value* value, unsigned depth) {
 
 bool ToJsonTree(const Value& value, Json::Value* json) { return ToJson(value, json, 0); }
 
-bool FromJsonTree(const Json::Value& json, Value* value) {
-  *value = Value();
-  return FromJson(json, value, 0);
+bool ParseJsonText(const char* begin, const char* end, Value* root, std::string* errors) {
+  errors->clear();
+  *root = Value();
+  // Documents are UTF-8; a string of any other bytes would reach clients as
+  // a Glib::ustring that Glib's character functions cannot walk.
+  if (!IsValidUtf8(begin, static_cast<size_t>(end - begin))) {
+    *errors = "The document is not valid UTF-8.\n";
+    return false;
+  }
+  Json::Value json;
+  try {
+    Json::Reader reader;
+    if (!reader.parse(begin, end, json, false)) {
+      *errors = reader.getFormattedErrorMessages();
+      return false;
+    }
+  } catch (const std::exception& error) {  // JsonCpp throws past its nesting limit
+    *errors = std::string(error.what()) + "\n";
+    return false;
+  }
+  if (!FromJson(json, root, 0)) {
+    *root = Value();  // no half-converted document
+    *errors = "The document is nested too deeply.\n";
+    return false;
+  }
+  return true;
 }
 
 Json::Value ConversionProbe(const Value& value) {

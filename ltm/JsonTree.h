@@ -16,8 +16,9 @@ namespace LTM {
 // JsonCpp's copy of `value`; false when containers nest deeper than kMaxJsonDepth.
 bool ToJsonTree(const Value& value, Json::Value* json);
 
-// Our copy of `json`; false when containers nest deeper than kMaxJsonDepth.
-bool FromJsonTree(const Json::Value& json, Value* value);
+// Parses the document [begin, end) into *root as Reader::parse does: true on
+// success; on failure *root is null and *errors says why.
+bool ParseJsonText(const char* begin, const char* end, Value* root, std::string* errors);
 
 // A JsonCpp value that converts, and fails to convert, as `value` does:
 // the same scalar, or an empty (or one-element) container of the same kind.

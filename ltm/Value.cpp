@@ -1,16 +1,22 @@
 // The value tree: construction, deep copy, release, and access by index and
-// key. Copy and release walk the tree with an explicit work list instead of
-// recursing, so a tree nested arbitrarily deep (built by a client in a loop)
-// cannot exhaust the stack.
+// key. Copy walks the tree with an explicit work list instead of recursing,
+// and release recurses only a few levels before it falls back to one, so a
+// tree nested arbitrarily deep (built by a client in a loop) cannot exhaust
+// the stack.
 #include <vireline/LTMJson.h>
 
 #include <cstring>
 #include <utility>
 
 #include "ltm/JsonTypeError.h"
+#include "ltm/ValueAccess.h"
 
 namespace LTM {
 namespace {
+
+// Documents and most hand-built trees are far shallower than this, and are
+// released by plain recursion; 64 frames of it are little stack on a device.
+const unsigned kRecursiveReleaseDepth = 64;
 
 // What const access answers for a missing element or member; never destroyed,
 // so references to it stay valid until exit.
@@ -34,7 +40,9 @@ Value ValueOr(const Value& found, const Value& defaultValue) {
 
 }  // namespace
 
-Value::Value(ValueType type) : mType(nullValue), mScalar() { MakeType(type); }
+Value::Value(ValueType type) : mType(nullValue), mScalar() {
+  if (type != nullValue) MakeType(type);  // a null value is made by the initialisers alone
+}
 
 Value::Value(Int value) : Value(static_cast<Int64>(value)) {}
 
@@ -75,13 +83,13 @@ Value& Value::operator=(Value&& other) noexcept {
 }
 
 Value::~Value() {
-  if (!HasChildren()) return;
-  std::vector<Value> pending;
-  DetachChildrenInto(&pending);
-  while (!pending.empty()) {
-    Value next(std::move(pending.back()));
-    pending.pop_back();
-    next.DetachChildrenInto(&pending);
+  if (!ValueAccess::HasChildren(*this)) return;
+  std::vector<Value> deeper;  // allocates only for a tree deeper than the recursion goes
+  ValueAccess::ReleaseChildren(*this, 0, &deeper);
+  while (!deeper.empty()) {
+    Value next(std::move(deeper.back()));
+    deeper.pop_back();
+    ValueAccess::ReleaseChildren(next, 0, &deeper);
   }
 }
 
@@ -93,19 +101,36 @@ void Value::swap(Value& other) noexcept {
   mObject.swap(other.mObject);
 }
 
-bool Value::HasChildren() const { return !mArray.empty() || (mObject && !mObject->empty()); }
+bool Value::HasChildren() const { return ValueAccess::HasChildren(*this); }
 
 // Moves the children out so that destroying this value does not descend.
 void Value::DetachChildrenInto(std::vector<Value>* pending) {
   for (auto& element : mArray) {
-    if (element->HasChildren()) pending->push_back(std::move(*element));
+    if (ValueAccess::HasChildren(*element)) pending->push_back(std::move(*element));
   }
   mArray.clear();
   if (mObject) {
     for (auto& member : *mObject) {
-      if (member.second.HasChildren()) pending->push_back(std::move(member.second));
+      if (ValueAccess::HasChildren(member.second)) pending->push_back(std::move(member.second));
     }
     mObject->clear();
+  }
+}
+
+void ValueAccess::ReleaseChildren(Value& value, unsigned depth, std::vector<Value>* deeper) {
+  if (depth >= kRecursiveReleaseDepth) {
+    value.DetachChildrenInto(deeper);
+    return;
+  }
+  for (auto& element : value.mArray) {
+    if (HasChildren(*element)) ReleaseChildren(*element, depth + 1, deeper);
+  }
+  value.mArray.clear();  // each element is childless by now: its destructor does not descend
+  if (value.mObject) {
+    for (auto& member : *value.mObject) {
+      if (HasChildren(member.second)) ReleaseChildren(member.second, depth + 1, deeper);
+    }
+    value.mObject->clear();
   }
 }
 

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 #include <vireline/LTMJson.h>
 
@@ -24,6 +25,12 @@ class ValueAccess {
   static const ArrayValues& ArrayOf(const Value& value) { return value.mArray; }
   // Only for an object.
   static const Value::ObjectValues& ObjectOf(const Value& value) { return *value.mObject; }
+
+  // True when `value` holds elements or members; inline, as releasing a tree
+  // asks it of every value.
+  static bool HasChildren(const Value& value) {
+    return !value.mArray.empty() || (value.mObject && !value.mObject->empty());
+  }
 
   // A string value taking over `bytes`.
   static Value StringValue(std::string&& bytes) {
@@ -51,13 +58,16 @@ class ValueAccess {
     null.mType = booleanValue;
     null.mScalar.boolValue = truth;
   }
-  // A copy of the bytes [begin, end).
+  // A copy of the bytes [begin, end), made in one step (the string is empty).
   static void SetString(Value& null, const char* begin, const char* end) {
     null.mType = stringValue;
-    null.mString.assign(begin, end);
+    null.mString = std::string(begin, end);
   }
-  // An empty array or object.
-  static void SetContainer(Value& null, ValueType type) { null.MakeType(type); }
+  // An empty array or object: a null value has no scalar, string or elements to clear.
+  static void SetContainer(Value& null, ValueType type) {
+    null.mType = type;
+    if (type == objectValue) null.mObject = std::make_unique<Value::ObjectValues>();
+  }
 
   // Makes room for `count` elements in an array.
   static void ReserveElements(Value& array, size_t count) { array.mArray.reserve(count); }
@@ -73,10 +83,15 @@ class ValueAccess {
   static Value& NewMember(Value& object, const char* begin, const char* end) {
     Value::ObjectValues& members = *object.mObject;
     return members
-        .emplace_hint(members.end(), std::piecewise_construct, std::forward_as_tuple(std::string(begin, end)),
+        .emplace_hint(members.end(), std::piecewise_construct, std::forward_as_tuple(begin, end),
                       std::forward_as_tuple())
         ->second;
   }
+
+  // Empties the containers of `value`, `depth` levels below the value being
+  // released: by recursion while that stays shallow, and below that by moving
+  // the children that have children of their own into *deeper.
+  static void ReleaseChildren(Value& value, unsigned depth, std::vector<Value>* deeper);
 
   // The member `key` of an object (or null), added when missing.
   static Value& Member(Value& value, std::string_view key) { return value.MemberReference(key); }

@@ -64,26 +64,27 @@ std::string GetDeviceRoot() {
   return root.empty() ? "/" : root;
 }
 
-// True when `path` is absolute and has no empty, "." or ".." component, so
-// normalizing would return it unchanged; lookups hit this on every open.
-static bool IsNormalized(const std::string& path) {
+// Lookups and appends check every path they open, so the check looks only at
+// the character after each slash.
+bool IsNormalizedDevicePath(const std::string& path) {
   if (path.empty() || path[0] != '/') return false;
   const char* end = path.data() + path.size();
-  for (const char* slash = path.data();;) {
+  for (const char* slash = path.data(); slash != nullptr;) {
     const char* component = slash + 1;
-    const void* found = std::memchr(component, '/', static_cast<size_t>(end - component));
-    const char* next = found ? static_cast<const char*>(found) : end;
-    size_t length = static_cast<size_t>(next - component);
-    if (length == 0 && next != end) return false;
-    if (length == 1 && component[0] == '.') return false;
-    if (length == 2 && component[0] == '.' && component[1] == '.') return false;
-    if (next == end) return true;
-    slash = next;
+    size_t left = static_cast<size_t>(end - component);
+    if (left == 0) return true;  // a trailing slash
+    if (component[0] == '/') return false;
+    if (component[0] == '.') {
+      if (left == 1 || component[1] == '/') return false;
+      if (component[1] == '.' && (left == 2 || component[2] == '/')) return false;
+    }
+    slash = static_cast<const char*>(std::memchr(component, '/', left));
   }
+  return true;
 }
 
 std::string NormalizeDevicePath(const std::string& devicePath) {
-  if (devicePath.empty() || IsNormalized(devicePath)) return devicePath;
+  if (devicePath.empty() || IsNormalizedDevicePath(devicePath)) return devicePath;
   std::vector<std::string> parts;
   size_t start = 0;
   while (start <= devicePath.size()) {
@@ -117,7 +118,7 @@ std::string MapBelowRoot(const std::string& root, const std::string& devicePath)
 }
 
 void MapBelowRootInto(const std::string& root, const std::string& devicePath, std::string* host) {
-  if (IsNormalized(devicePath)) {
+  if (IsNormalizedDevicePath(devicePath)) {
     host->assign(root).append(devicePath);
     return;
   }

@@ -23,6 +23,10 @@ std::string MapBelowRoot(const std::string& root, const std::string& devicePath)
 // The same mapping into `host`, reusing its storage.
 void MapBelowRootInto(const std::string& root, const std::string& devicePath, std::string* host);
 
+// True when `devicePath` is absolute and has no empty, "." or ".." component
+// (a trailing slash is allowed): normalizing would return it unchanged.
+bool IsNormalizedDevicePath(const std::string& devicePath);
+
 // `devicePath` with "." and ".." resolved below "/" and slashes folded.
 std::string NormalizeDevicePath(const std::string& devicePath);
 

@@ -7,10 +7,23 @@ namespace {
 
 std::atomic<Env*> gCurrentEnv{nullptr};
 
+// How much ReadToString asks for first when the file cannot tell its size:
+// small files are the common case.
+const size_t kFirstUnhintedStep = 4096;
+
+// The first amount ReadToString asks for: the whole file and one byte more
+// (to meet its end at once) when it tells a size below `limit`.
+size_t FirstStep(SequentialFile* file, size_t limit) {
+  uint64_t size = 0;
+  if (!file->SizeHint(&size) || size == 0 || size >= limit) return kFirstUnhintedStep;
+  return static_cast<size_t>(size) + 1;
+}
+
 }  // namespace
 
 Env::~Env() = default;
 SequentialFile::~SequentialFile() = default;
+bool SequentialFile::SizeHint(uint64_t*) { return false; }
 WritableFile::~WritableFile() = default;
 RandomRWFile::~RandomRWFile() = default;
 
@@ -39,8 +52,8 @@ Result CopyToEnd(SequentialFile* in, WritableFile* out) {
 
 Result ReadToString(SequentialFile* file, size_t limit, std::string* bytes) {
   bytes->clear();
-  // Small files are the common case: the step starts small and doubles.
-  size_t step = 4096;
+  // The step doubles from there, for files longer than they said or could tell.
+  size_t step = FirstStep(file, limit);
   while (bytes->size() < limit) {
     size_t at = bytes->size();
     size_t want = limit - at < step ? limit - at : step;

@@ -42,6 +42,11 @@ class SequentialFile {
   // Reads up to `n` bytes into `scratch`; *got is 0 only at the end of the file.
   virtual Result Read(size_t n, char* scratch, size_t* got) = 0;
 
+  // The file's size in *size when the file can tell it, as a regular file
+  // can; false when it cannot. A hint for sizing buffers: the file may still
+  // turn out longer or shorter when read.
+  virtual bool SizeHint(uint64_t* size);
+
   // Closes the file; later calls fail. Destruction closes an open file too,
   // for readers that need not learn whether the close failed.
   virtual Result Close() = 0;

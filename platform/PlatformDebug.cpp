@@ -9,6 +9,8 @@
 
 #include <vireline/Platform.h>
 
+#include "platform/DebugJoined.h"
+
 namespace {
 
 const int kDefaultMasterLevel = 1;  // errors and traces
@@ -59,24 +61,20 @@ void Emit(int module, int level, const char* text) {
   }
 }
 
-// True when the only conversions of `format` are "%s" and "%%".
-bool OnlyStrings(const char* format) {
-  for (const char* p = std::strchr(format, '%'); p != nullptr; p = std::strchr(p + 2, '%')) {
-    if (p[1] != 's' && p[1] != '%') return false;
-  }
-  return true;
-}
+// vsnprintf of a format whose only conversions are "%s" and "%%", done by
+// hand: the traces printed on every asset lookup are of this kind, and
+// copying is several times cheaper than the general formatter. The same
+// result and return value; kNotOnlyStrings (with `out` unspecified) when the
+// format has any other conversion.
+const int kNotOnlyStrings = -2;
 
-// vsnprintf of a format that OnlyStrings accepts, done by hand: the traces
-// printed on every asset lookup are of this kind, and copying is several
-// times cheaper than the general formatter. The same result and return value.
 int CopyStrings(char* out, size_t size, const char* format, va_list args) {
   size_t length = 0;
   auto put = [&](const char* text, size_t count) {
     if (length < size) std::memcpy(out + length, text, count < size - length ? count : size - length);
     length += count;
   };
-  for (const char* p = format; *p != '\0';) {
+  for (const char* p = format;;) {
     const char* percent = std::strchr(p, '%');
     if (percent == nullptr) {
       put(p, std::strlen(p));
@@ -85,10 +83,12 @@ int CopyStrings(char* out, size_t size, const char* format, va_list args) {
     put(p, static_cast<size_t>(percent - p));
     if (percent[1] == '%') {
       put("%", 1);
-    } else {
+    } else if (percent[1] == 's') {
       const char* text = va_arg(args, const char*);
       if (text == nullptr) text = "(null)";
       put(text, std::strlen(text));
+    } else {
+      return kNotOnlyStrings;
     }
     p = percent + 2;
   }
@@ -102,8 +102,13 @@ void FormatAndEmit(int module, int level, const char* format, va_list args) {
   char small[512];
   va_list again;
   va_copy(again, args);
-  int length = OnlyStrings(format) ? CopyStrings(small, sizeof small, format, args)
-                                   : std::vsnprintf(small, sizeof small, format, args);
+  int length = CopyStrings(small, sizeof small, format, args);
+  if (length == kNotOnlyStrings) {
+    va_list fresh;
+    va_copy(fresh, again);
+    length = std::vsnprintf(small, sizeof small, format, fresh);
+    va_end(fresh);
+  }
   if (length < 0) {
     small[0] = '\0';
   } else if (static_cast<size_t>(length) >= sizeof small) {
@@ -202,3 +207,25 @@ int PlatformDebug::GetEffectiveDebugLevel() const {
 void PlatformDebug::SetOutputFunction(tDebugOutputFunction output) { State().output = output; }
 
 void PlatformDebug::SetAbortOnAssert(bool abortOnAssert) { State().abortOnAssert = abortOnAssert; }
+
+namespace vireline {
+
+void DebugOutJoined(int module, int level, std::string_view prefix, const char* text, std::string_view suffix) {
+  if (level > PlatformDebug(module).GetEffectiveDebugLevel()) return;
+  std::string_view middle = text != nullptr ? std::string_view(text) : std::string_view("(null)");
+  size_t length = prefix.size() + middle.size() + suffix.size();
+  char small[512];
+  std::string large;
+  char* out = small;
+  if (length >= sizeof small) {
+    large.resize(length);
+    out = &large[0];
+  }
+  std::memcpy(out, prefix.data(), prefix.size());
+  std::memcpy(out + prefix.size(), middle.data(), middle.size());
+  std::memcpy(out + prefix.size() + middle.size(), suffix.data(), suffix.size());
+  out[length] = '\0';
+  Emit(module, level, out);
+}
+
+}  // namespace vireline

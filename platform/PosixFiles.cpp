@@ -62,6 +62,13 @@ class PosixSequentialFile : public SequentialFile {
 
   Result Close() override { return CloseOnce(&mFd, mPath); }
 
+  bool SizeHint(uint64_t* size) override {
+    struct stat64 info;
+    if (::fstat64(mFd, &info) != 0 || !S_ISREG(info.st_mode)) return false;
+    *size = static_cast<uint64_t>(info.st_size);
+    return true;
+  }
+
   Result Read(size_t n, char* scratch, size_t* got) override {
     *got = 0;
     for (;;) {

@@ -30,20 +30,17 @@ constexpr int kMaxLinks = 40;
 // from then on every path is walked in user space.
 std::atomic<bool> gKernelChecks{true};
 
-// The host path of each thread's latest probe: lookups probe all the time, and
-// reusing one string spares them an allocation each.
-thread_local std::string tProbeHost;
 
 // Opens host path `host` with `flags` refusing every symbolic link on the way
 // (the last one too unless `flags` has O_NOFOLLOW): 0 with *fd set when it
 // opened, ELOOP when a link was met, the open's error otherwise. One system call.
-int OpenDescriptorWithoutLinks(const std::string& host, int flags, int* fd) {
+int OpenDescriptorWithoutLinks(const char* host, int flags, int* fd) {
 #ifdef VIRELINE_HAVE_OPENAT2
   struct open_how how;
   std::memset(&how, 0, sizeof how);
   how.flags = static_cast<uint64_t>(flags | O_CLOEXEC);
   how.resolve = RESOLVE_NO_SYMLINKS;
-  long opened = ::syscall(SYS_openat2, AT_FDCWD, host.c_str(), &how, sizeof how);
+  long opened = ::syscall(SYS_openat2, AT_FDCWD, host, &how, sizeof how);
   if (opened < 0) return errno;
   *fd = static_cast<int>(opened);
   return 0;
@@ -57,7 +54,7 @@ int OpenDescriptorWithoutLinks(const std::string& host, int flags, int* fd) {
 
 // As OpenDescriptorWithoutLinks, closing what opened: two system calls when
 // the path opens, one when it does not.
-int OpenWithoutLinks(const std::string& host, int flags) {
+int OpenWithoutLinks(const char* host, int flags) {
   int fd = -1;
   int error = OpenDescriptorWithoutLinks(host, flags, &fd);
   if (error == 0) ::close(fd);
@@ -71,16 +68,23 @@ bool KernelCannotTell(int error) {
   return error == ELOOP || error == ENOSYS || error == EPERM || error == EINVAL || error == E2BIG;
 }
 
-// True when `path` has a ".." component. The kernel takes ".." after a link
-// from the link's target, so such paths are walked in user space.
-bool HasDotDot(const std::string& path) {
-  for (size_t found = path.find(".."); found != std::string::npos; found = path.find("..", found + 1)) {
-    bool starts = found == 0 || path[found - 1] == '/';
-    bool ends = found + 2 == path.size() || path[found + 2] == '/';
-    if (starts && ends) return true;
+// True when `path` has a ".." component, or, with `orDot`, a "." one.
+bool HasDotComponent(const std::string& path, bool orDot) {
+  const char* begin = path.data();
+  const char* end = begin + path.size();
+  // Dots are rare in a path (an extension or two), so each one found is checked.
+  for (const char* dot = begin; (dot = static_cast<const char*>(std::memchr(dot, '.', end - dot))) != nullptr; ++dot) {
+    if (dot != begin && dot[-1] != '/') continue;
+    size_t length = dot + 1 < end && dot[1] == '.' ? 2 : 1;
+    bool ends = dot + length == end || dot[length] == '/';
+    if (ends && (length == 2 || orDot)) return true;
   }
   return false;
 }
+
+// True when `path` has a ".." component. The kernel takes ".." after a link
+// from the link's target, so such paths are walked in user space.
+bool HasDotDot(const std::string& path) { return HasDotComponent(path, false); }
 
 // Pushes the components of `path` on `pending` so the first comes out first;
 // empty and "." components are left out.
@@ -180,6 +184,32 @@ class RootWalk {
   int mLinks = 0;
 };
 
+// The plain mapping of a device path (the root, then the path as it stands),
+// built on the stack: lookups probe and play logs append all the time, and a
+// path of ordinary length then costs two copies and no allocation.
+class PlainHostPath {
+ public:
+  // False when the kernel cannot be asked (no openat2), when `devicePath` is
+  // not absolute or has a "." or ".." component, or when it is too long.
+  bool Build(const std::string& root, const std::string& devicePath) {
+    size_t size = root.size() + devicePath.size();
+    if (!gKernelChecks.load(std::memory_order_relaxed) || size >= sizeof mPath) return false;
+    // The kernel folds "//" as the mapping does; "." and ".." it does not
+    // take as the mapping does, and a relative path must start at the root.
+    if (devicePath.empty() || devicePath[0] != '/' || HasDotComponent(devicePath, true)) return false;
+    std::memcpy(mPath, root.data(), root.size());
+    std::memcpy(mPath + root.size(), devicePath.data(), devicePath.size());
+    mPath[size] = '\0';
+    return true;
+  }
+
+  // The host path Build made.
+  const char* c_str() const { return mPath; }
+
+ private:
+  char mPath[1024];
+};
+
 // Asks the kernel whether the plain mapping of `devicePath` is its host path.
 // True when that settles it: *host is the mapping and *outcome the
 // operation's error or Ok. False when a link (or no answer) needs the walk.
@@ -187,7 +217,7 @@ bool SettledByKernel(const std::string& root, const std::string& devicePath, Las
                      std::string* host, Result* outcome) {
   if (!gKernelChecks.load(std::memory_order_relaxed) || HasDotDot(devicePath)) return false;
   MapBelowRootInto(root, devicePath, host);
-  int error = OpenWithoutLinks(*host, last == LastComponent::kKeep ? O_PATH | O_NOFOLLOW : O_PATH);
+  int error = OpenWithoutLinks(host->c_str(), last == LastComponent::kKeep ? O_PATH | O_NOFOLLOW : O_PATH);
   if (KernelCannotTell(error)) return false;
   if (error != 0 && error != ENOENT && error != ENOTDIR) return false;  // the operation decides
   // No link before the walk's end; a missing path fails reads as it would anyway.
@@ -223,7 +253,7 @@ Result ResolveRenameBelowRoot(const std::string& root, const std::string& from, 
   if (shared && gKernelChecks.load(std::memory_order_relaxed)) {
     MapBelowRootInto(root, from, hostFrom);
     MapBelowRootInto(root, to, hostTo);
-    int error = OpenWithoutLinks(hostFrom->substr(0, hostFrom->rfind('/')), O_PATH);
+    int error = OpenWithoutLinks(hostFrom->substr(0, hostFrom->rfind('/')).c_str(), O_PATH);
     // No link up to the folder, and neither last component is followed.
     if (!KernelCannotTell(error) && (error == 0 || error == ENOENT || error == ENOTDIR)) return Result::Ok();
   }
@@ -233,11 +263,10 @@ Result ResolveRenameBelowRoot(const std::string& root, const std::string& from, 
 }
 
 bool ProbeBelowRoot(const std::string& root, const std::string& devicePath, bool* opens) {
-  if (!gKernelChecks.load(std::memory_order_relaxed) || HasDotDot(devicePath)) return false;
-  std::string& host = tProbeHost;
-  MapBelowRootInto(root, devicePath, &host);
+  PlainHostPath host;
+  if (!host.Build(root, devicePath)) return false;
   // Without waiting: a FIFO where a file is looked for must not stop the lookup.
-  int error = OpenWithoutLinks(host, O_RDONLY | O_NONBLOCK);
+  int error = OpenWithoutLinks(host.c_str(), O_RDONLY | O_NONBLOCK);
   if (KernelCannotTell(error)) return false;
   *opens = error == 0;
   return true;
@@ -245,11 +274,10 @@ bool ProbeBelowRoot(const std::string& root, const std::string& devicePath, bool
 
 bool AppendBelowRoot(const std::string& root, const std::string& devicePath, const void* data, size_t size,
                      Result* outcome) {
-  if (!gKernelChecks.load(std::memory_order_relaxed) || HasDotDot(devicePath)) return false;
-  std::string& host = tProbeHost;
-  MapBelowRootInto(root, devicePath, &host);
+  PlainHostPath host;
+  if (!host.Build(root, devicePath)) return false;
   int fd = -1;
-  int error = OpenDescriptorWithoutLinks(host, O_RDWR, &fd);
+  int error = OpenDescriptorWithoutLinks(host.c_str(), O_RDWR, &fd);
   if (KernelCannotTell(error)) return false;
   if (error != 0) {
     *outcome = Result::Error(error).OnPath(devicePath);
@@ -265,12 +293,11 @@ bool AppendBelowRoot(const std::string& root, const std::string& devicePath, con
 
 bool ReadBelowRoot(const std::string& root, const std::string& devicePath, std::unique_ptr<SequentialFile>* file,
                    Result* outcome) {
-  if (!gKernelChecks.load(std::memory_order_relaxed) || HasDotDot(devicePath)) return false;
-  std::string& host = tProbeHost;
-  MapBelowRootInto(root, devicePath, &host);
+  PlainHostPath host;
+  if (!host.Build(root, devicePath)) return false;
   // Without waiting: a FIFO opens at once, and is then refused.
   int fd = -1;
-  int error = OpenDescriptorWithoutLinks(host, O_RDONLY | O_NONBLOCK | O_NOCTTY, &fd);
+  int error = OpenDescriptorWithoutLinks(host.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY, &fd);
   if (error == ENOENT || error == ENOTDIR) {
     *outcome = Result::Error(error, devicePath);
     return true;
@@ -281,7 +308,7 @@ bool ReadBelowRoot(const std::string& root, const std::string& devicePath, std::
     *outcome = Result::Error(ENXIO, devicePath);
     return true;
   }
-  *file = NewPosixSequentialFileOn(fd, host);
+  *file = NewPosixSequentialFileOn(fd, host.c_str());
   *outcome = Result::Ok();
   return true;
 }

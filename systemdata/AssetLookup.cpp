@@ -5,38 +5,50 @@
 #include <vireline/AssetLookup.h>
 
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
 
+#include "platform/DebugJoined.h"
 #include "platform/Env.h"
+#include "systemdata/FolderAccess.h"
 #include "systemdata/SystemDataInternal.h"
 
 namespace vireline {
 namespace systemdata {
 namespace {
 
-// What each kind prints and falls back to; null for none.
+// A message of a name between two fixed parts; printed on every lookup, so
+// it is put together without a format to parse.
+struct NameMessage {
+  std::string_view before;  // empty for a kind without the message
+  std::string_view after;
+};
+
+// What each kind prints and falls back to.
 struct AssetRules {
-  const char* trace;
-  const char* notFound;
-  const char* placeholder;  // for audio, the stem: the asked name's extension is kept
+  NameMessage trace;
+  NameMessage notFound;
+  const char* placeholder;  // null for none; for audio the stem: the asked name's extension is kept
 };
 
 const AssetRules& RulesOf(tAssetKind kind) {
-  static const AssetRules kArt = {"CSystemData::FindArt( %s )\n", "CSystemData::FindArt not found %s\n",
+  static const AssetRules kArt = {{"CSystemData::FindArt( ", " )\n"}, {"CSystemData::FindArt not found ", "\n"},
                                   "missingAsset.png"};
-  static const AssetRules kAudio = {"CSystemData::FindAudio( %s )\n",
-                                    "CSystemData::FindAudio unable to find audio file %s\n",
+  static const AssetRules kAudio = {{"CSystemData::FindAudio( ", " )\n"},
+                                    {"CSystemData::FindAudio unable to find audio file ", "\n"},
                                     "h_BROM_AudioNotFoundSfx_6"};
-  static const AssetRules kVideo = {"CSystemData::FindVideo( %s )\n", "CSystemData::FindVideo not found %s\n",
+  static const AssetRules kVideo = {{"CSystemData::FindVideo( ", " )\n"}, {"CSystemData::FindVideo not found ", "\n"},
                                     nullptr};
-  static const AssetRules kFont = {"CSystemData::FindFont( %s )\n", "CSystemData::FindFont not found %s\n",
+  static const AssetRules kFont = {{"CSystemData::FindFont( ", " )\n"}, {"CSystemData::FindFont not found ", "\n"},
                                    "QVCurry.ttf"};
   static const AssetRules kBookAudio = {
-      "CSystemData::FindBookAudio( %s ), WARNING: make sure your title has a dependency on a book pack.\n",
-      nullptr, nullptr};
+      {"CSystemData::FindBookAudio( ",
+       " ), WARNING: make sure your title has a dependency on a book pack.\n"},
+      {},
+      nullptr};
   switch (kind) {
     case tAssetKind::kArt:
       return kArt;
@@ -51,11 +63,19 @@ const AssetRules& RulesOf(tAssetKind kind) {
   }
 }
 
+// Prints `message` about `name` at `level`, when the kind has the message.
+void Print(int level, const NameMessage& message, const CPath& name) {
+  if (!message.before.empty()) DebugOutJoined(kDebugModule, level, message.before, name.c_str(), message.after);
+}
+
 std::string_view Bytes(const CPath& text) { return text.raw(); }
-std::string_view Bytes(const char* text) { return text; }
+template <size_t N>
+std::string_view Bytes(const char (&literal)[N]) {  // a literal's length is known
+  return std::string_view(literal, N - 1);
+}
 std::string_view Bytes(std::string_view text) { return text; }
 
-// Concatenates `parts` with a single allocation: a lookup builds up to 16 paths.
+// Concatenates `parts` with a single allocation.
 template <typename... Parts>
 CPath Joined(const Parts&... parts) {
   std::string path;
@@ -64,24 +84,60 @@ CPath Joined(const Parts&... parts) {
   return CPath(std::move(path));
 }
 
-// Tries candidates in order and remembers the one the probe accepted.
+// Tries candidates in order and remembers the one the probe accepted. Each
+// candidate is built in one buffer that keeps its storage from candidate to
+// candidate and lookup to lookup: a lookup tries up to 16 paths and only the
+// one taken becomes a path of its own. Without a probe of the caller's, the
+// candidate is opened through the platform directly.
 class Search {
  public:
-  explicit Search(const tAssetProbe& probe) : mProbe(probe) {}
+  explicit Search(const tAssetProbe* probe) : mProbe(probe), mCandidate(CandidateBuffer()) {}
 
-  // True when `path` was accepted (the search is then over).
-  bool Try(CPath path) {
-    if (!mProbe(path)) return false;
+  // True when the concatenation of `parts` was accepted (the search is then over).
+  template <typename... Parts>
+  bool Try(const Parts&... parts) {
+    // Sized once, then filled: a lookup builds up to 16 paths of five parts or so.
+    mCandidate.resize((Bytes(parts).size() + ...));
+    char* out = &mCandidate[0];
+    ((out = CopyOut(Bytes(parts), out)), ...);
+    return mProbe == nullptr ? TryOpening() : TryWithProbe();
+  }
+
+  // True when candidates go to a probe of the caller's.
+  bool RunsCallersProbe() const { return mProbe != nullptr; }
+
+  // Hands over the accepted path. A candidate opened here is still in the
+  // buffer: nothing else ran since.
+  CPath TakeFound() {
+    if (mProbe == nullptr) return CPath(mCandidate);
+    return std::move(mFound);
+  }
+
+ private:
+  static char* CopyOut(std::string_view part, char* out) {
+    std::memcpy(out, part.data(), part.size());
+    return out + part.size();
+  }
+
+  // This thread's candidate buffer; a probe of the caller's may run a lookup
+  // of its own in it, so what such a probe is given is a copy.
+  static std::string& CandidateBuffer() {
+    thread_local std::string tBuffer;
+    return tBuffer;
+  }
+
+  bool TryOpening() { return Env::Current()->OpensForReading(mCandidate); }
+
+  bool TryWithProbe() {
+    CPath path(mCandidate);
+    if (!(*mProbe)(path)) return false;
     mFound = std::move(path);
     return true;
   }
 
-  // Hands over the accepted path.
-  CPath TakeFound() { return std::move(mFound); }
-
- private:
-  const tAssetProbe& mProbe;
-  CPath mFound;
+  const tAssetProbe* mProbe;
+  std::string& mCandidate;
+  CPath mFound;  // accepted by the caller's probe
 };
 
 // The locale's language and country as the lookups use them.
@@ -102,29 +158,33 @@ CString AudioCountryOf(const CString& language, const CString& country) {
   return country;
 }
 
-// The locale is read anew for every lookup; what follows from it is worked
-// out again only when it (or the root) has changed since this thread's last
-// lookup. A lookup keeps its own reference, so a nested one may replace it.
-std::shared_ptr<const LookupLocale> LocaleOf(CSystemData* data) {
-  thread_local std::shared_ptr<const LookupLocale> tLast;
-  CString code = data->GetLocaleCode();
-  CPath root = data->GetRootPath();
-  if (tLast && tLast->code.raw() == code.raw() && tLast->root.raw() == root.raw()) return tLast;
+// What the lookups use of locale `code` below `root`.
+std::shared_ptr<const LookupLocale> NewLocale(const CString& code, const CPath& root) {
   auto locale = std::make_shared<LookupLocale>();
   locale->language = LanguageOf(code);
   locale->country = CountryOf(code);
   locale->audioCountry = AudioCountryOf(locale->language, locale->country);
   locale->languagePack = LanguagePackFolder(root, code);
-  locale->code = std::move(code);
-  locale->root = std::move(root);
-  tLast = locale;
-  return tLast;
+  locale->code = code;
+  locale->root = root;
+  return locale;
 }
 
-// A folder and file-name prefix for a country's own recordings ("Audio_gb/gb_").
-CPath CountryAudio(const CPath& folder, const CString& country) {
-  return Joined(folder, "Audio_", country, "/", country, "_");
+// The locale is read anew for every lookup; what follows from it is worked
+// out again only when it (or the root) has changed since this thread's last
+// lookup. A lookup whose probe is the caller's holds its own reference, as
+// the probe may run a lookup that replaces it; any other lookup runs nothing
+// in between and borrows it, without touching the reference count.
+std::shared_ptr<const LookupLocale> LocaleOf(CSystemData* data, const Search& search) {
+  thread_local std::shared_ptr<const LookupLocale> tLast;
+  CString scratch;
+  const CString& code = FolderAccess::LocaleCode(data, &scratch);
+  const CPath& root = FolderAccess::RootPath(data);
+  if (!tLast || tLast->code.raw() != code.raw() || tLast->root.raw() != root.raw()) tLast = NewLocale(code, root);
+  if (search.RunsCallersProbe()) return tLast;
+  return std::shared_ptr<const LookupLocale>(std::shared_ptr<const LookupLocale>(), tLast.get());
 }
+
 
 // An audio name split at its last ".": ext keeps the dot; without one, ext is
 // empty. Views of the asked name's bytes: every lookup splits it, and copies
@@ -143,53 +203,59 @@ AudioName SplitAudioName(const CPath& name) {
 }
 
 bool SearchArt(CSystemData* data, const CPath& name, Search* search) {
-  std::shared_ptr<const LookupLocale> locale = LocaleOf(data);
+  std::shared_ptr<const LookupLocale> locale = LocaleOf(data, *search);
   const CPath& pack = locale->languagePack;
-  return search->Try(Joined(pack, "Art_", locale->language, "/", name)) || search->Try(Joined(pack, "Art/", name)) ||
-         search->Try(Joined(data->GetLanguagePackPath(false), "Art/", name));
+  return search->Try(pack, "Art_", locale->language, "/", name) || search->Try(pack, "Art/", name) ||
+         search->Try(FolderAccess::UniversalLanguagePack(data), "Art/", name);
 }
 
 // Video paths carry a second "/" before the name: players and their playlists
 // were matched against paths of this form.
 bool SearchVideo(CSystemData* data, const CPath& name, Search* search) {
-  std::shared_ptr<const LookupLocale> locale = LocaleOf(data);
+  std::shared_ptr<const LookupLocale> locale = LocaleOf(data, *search);
   const CPath& pack = locale->languagePack;
-  return search->Try(Joined(pack, "Video_", locale->language, "/", "/", name)) ||
-         search->Try(Joined(pack, "Video/", "/", name)) ||
-         search->Try(Joined(data->GetLanguagePackPath(false), "Video/", "/", name));
+  return search->Try(pack, "Video_", locale->language, "/", "/", name) || search->Try(pack, "Video/", "/", name) ||
+         search->Try(FolderAccess::UniversalLanguagePack(data), "Video/", "/", name);
 }
 
 bool SearchFont(CSystemData* data, const CPath& name, Search* search) {
-  data->GetLocaleCode();  // fonts do not depend on it, but reading it keeps the locale current
-  CPath base = data->GetBasePath();
-  return search->Try(Joined(data->GetCurrentTitlePath(), "Fonts/", name)) ||
-         search->Try(Joined(data->GetLanguagePackPath(false), "Fonts/", name)) ||
-         search->Try(Joined(base, "Fonts/", name)) || search->Try(Joined(base, "MQDX/Fonts/", name));
+  CString scratch;
+  FolderAccess::LocaleCode(data, &scratch);  // fonts do not depend on it, but reading it keeps the locale current
+  const CPath& base = FolderAccess::BasePath(data);
+  return search->Try(FolderAccess::CurrentTitlePath(data), "Fonts/", name) ||
+         search->Try(FolderAccess::UniversalLanguagePack(data), "Fonts/", name) || search->Try(base, "Fonts/", name) ||
+         search->Try(base, "MQDX/Fonts/", name);
 }
 
-// In each folder a WAV recording wins over the same name in another format.
-bool SearchAudioIn(const CPath& folder, const AudioName& audio, Search* search) {
-  if (audio.ext != ".wav" && search->Try(Joined(folder, audio.stem, ".wav"))) return true;
-  return search->Try(Joined(folder, audio.name));
+// In each folder (the concatenation of `folder`) a WAV recording wins over
+// the same name in another format.
+template <typename... Folder>
+bool SearchAudioIn(const AudioName& audio, Search* search, const Folder&... folder) {
+  if (audio.ext != ".wav" && search->Try(folder..., audio.stem, ".wav")) return true;
+  return search->Try(folder..., audio.name);
 }
 
 bool SearchAudio(CSystemData* data, const AudioName& audio, Search* search) {
-  std::shared_ptr<const LookupLocale> locale = LocaleOf(data);
+  std::shared_ptr<const LookupLocale> locale = LocaleOf(data, *search);
   const CPath& pack = locale->languagePack;
-  return SearchAudioIn(Joined(data->GetCurrentTitlePath(), "Audio/"), audio, search) ||
-         SearchAudioIn(CountryAudio(pack, locale->audioCountry), audio, search) ||
-         SearchAudioIn(Joined(pack, "Audio/"), audio, search) ||
-         SearchAudioIn(Joined(data->GetLanguagePackPath(false), "Audio/"), audio, search);
+  const CString& country = locale->audioCountry;
+  // A country's own recordings are in "Audio_gb/" with names starting "gb_".
+  return SearchAudioIn(audio, search, FolderAccess::CurrentTitlePath(data), "Audio/") ||
+         SearchAudioIn(audio, search, pack, "Audio_", country, "/", country, "_") ||
+         SearchAudioIn(audio, search, pack, "Audio/") ||
+         SearchAudioIn(audio, search, FolderAccess::UniversalLanguagePack(data), "Audio/");
 }
 
 bool SearchBookAudio(CSystemData* data, const CPath& name, Search* search) {
-  std::shared_ptr<const LookupLocale> locale = LocaleOf(data);
+  std::shared_ptr<const LookupLocale> locale = LocaleOf(data, *search);
   const CPath& pack = locale->languagePack;
-  CPath bookPack = Joined(locale->root, "Bulk/BookPack_", locale->language);
-  return search->Try(Joined(CountryAudio(Joined(bookPack, "/"), locale->audioCountry), name)) ||
-         search->Try(Joined(bookPack, "/Audio/", name)) ||
-         search->Try(Joined(CountryAudio(pack, locale->audioCountry), name)) || search->Try(Joined(pack, "Audio/", name)) ||
-         search->Try(Joined(data->GetLanguagePackPath(false), "Audio/", name));
+  const CString& country = locale->audioCountry;
+  const CPath& root = locale->root;
+  const CString& language = locale->language;
+  return search->Try(root, "Bulk/BookPack_", language, "/", "Audio_", country, "/", country, "_", name) ||
+         search->Try(root, "Bulk/BookPack_", language, "/Audio/", name) ||
+         search->Try(pack, "Audio_", country, "/", country, "_", name) || search->Try(pack, "Audio/", name) ||
+         search->Try(FolderAccess::UniversalLanguagePack(data), "Audio/", name);
 }
 
 // The placeholder to look up after `name` was not found; empty when the kind
@@ -199,7 +265,7 @@ CPath PlaceholderFor(tAssetKind kind, const CPath& name) {
   if (placeholder == nullptr) return CPath();
   if (kind != tAssetKind::kAudio) return name.raw() == placeholder ? CPath() : CPath(placeholder);
   AudioName audio = SplitAudioName(name);
-  return audio.stem == placeholder ? CPath() : Joined(placeholder, audio.ext);
+  return audio.stem == placeholder ? CPath() : Joined(std::string_view(placeholder), audio.ext);
 }
 
 bool SearchCandidates(CSystemData* data, tAssetKind kind, const CPath& name, Search* search) {
@@ -222,36 +288,36 @@ bool SearchCandidates(CSystemData* data, tAssetKind kind, const CPath& name, Sea
 
 bool OpensForReading(const CPath& path) { return Env::Current()->OpensForReading(path.raw()); }
 
+namespace systemdata {
+namespace {
+
+// The lookup of `name`; `probe` null opens each candidate, as Find* does.
+CPath LookUp(CSystemData* data, tAssetKind kind, const CPath& name, const tAssetProbe* probe) {
+  const AssetRules& rules = RulesOf(kind);
+  Print(5, rules.trace, name);
+  {
+    Search search(probe);
+    if (SearchCandidates(data, kind, name, &search)) return search.TakeFound();
+  }
+  Print(1, rules.notFound, name);
+  CPath placeholder = PlaceholderFor(kind, name);
+  return placeholder.empty() ? CPath() : LookUp(data, kind, placeholder, probe);
+}
+
+}  // namespace
+}  // namespace systemdata
+
 CPath LookUpAsset(CSystemData* data, tAssetKind kind, const CPath& name, const tAssetProbe& probe) {
-  const systemdata::AssetRules& rules = systemdata::RulesOf(kind);
-  systemdata::DebugOut(5, rules.trace, name.c_str());
-  systemdata::Search search(probe);
-  if (systemdata::SearchCandidates(data, kind, name, &search)) return search.TakeFound();
-  if (rules.notFound != nullptr) systemdata::DebugOut(1, rules.notFound, name.c_str());
-  CPath placeholder = systemdata::PlaceholderFor(kind, name);
-  return placeholder.empty() ? CPath() : LookUpAsset(data, kind, placeholder, probe);
+  return systemdata::LookUp(data, kind, name, &probe);
 }
 
 }  // namespace vireline
 
-using vireline::LookUpAsset;
-using vireline::OpensForReading;
 using vireline::tAssetKind;
+using vireline::systemdata::LookUp;
 
-CPath CSystemData::FindArt(const CPath& name) { return LookUpAsset(this, tAssetKind::kArt, name, OpensForReading); }
-
-CPath CSystemData::FindAudio(const CPath& name) {
-  return LookUpAsset(this, tAssetKind::kAudio, name, OpensForReading);
-}
-
-CPath CSystemData::FindVideo(const CPath& name) {
-  return LookUpAsset(this, tAssetKind::kVideo, name, OpensForReading);
-}
-
-CPath CSystemData::FindFont(const CPath& name) {
-  return LookUpAsset(this, tAssetKind::kFont, name, OpensForReading);
-}
-
-CPath CSystemData::FindBookAudio(const CPath& name) {
-  return LookUpAsset(this, tAssetKind::kBookAudio, name, OpensForReading);
-}
+CPath CSystemData::FindArt(const CPath& name) { return LookUp(this, tAssetKind::kArt, name, nullptr); }
+CPath CSystemData::FindAudio(const CPath& name) { return LookUp(this, tAssetKind::kAudio, name, nullptr); }
+CPath CSystemData::FindVideo(const CPath& name) { return LookUp(this, tAssetKind::kVideo, name, nullptr); }
+CPath CSystemData::FindFont(const CPath& name) { return LookUp(this, tAssetKind::kFont, name, nullptr); }
+CPath CSystemData::FindBookAudio(const CPath& name) { return LookUp(this, tAssetKind::kBookAudio, name, nullptr); }

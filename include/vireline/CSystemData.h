@@ -15,6 +15,12 @@
 // player's local data, 2 the data waiting for upload.
 enum tStorageType : uint32_t { kStorageLocal = 0, kStorageLocalData = 1, kStorageUpload = 2 };
 
+namespace vireline {
+namespace systemdata {
+class FolderAccess;
+}  // namespace systemdata
+}  // namespace vireline
+
 class VIRELINE_EXPORT CSystemData {
  public:
   // The process-wide instance, created on first use.
@@ -132,6 +138,8 @@ class VIRELINE_EXPORT CSystemData {
   CPath FindBookAudio(const CPath& name);
 
  private:
+  friend class vireline::systemdata::FolderAccess;  // the asset lookups read the folders in place
+
   CSystemData();
   CSystemData(const CSystemData&) = delete;
   CSystemData& operator=(const CSystemData&) = delete;

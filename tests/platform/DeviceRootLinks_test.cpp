@@ -328,3 +328,30 @@ TEST_F(DeviceRootLinksTest, OnTheRealRootLinksAreFollowedAsOnADevice) {
   EXPECT_EQ(Write(mOutside + "/absolute", "written"), 0);
   EXPECT_EQ(OutsideFolder::Content(OutsideFile()), "written");
 }
+
+TEST_F(DeviceRootLinksTest, ProbesOfPathsWithDotsAndRepeatedSlashesAnswerForTheImage) {
+  WriteFile("/QV/a.txt", "a");
+  MakeDirs("/QV/sub");
+  Link(OutsideFile(), "/QV/link");
+  EXPECT_TRUE(env()->OpensForReading("/QV//a.txt"));
+  EXPECT_TRUE(env()->OpensForReading("/QV/./a.txt"));
+  EXPECT_TRUE(env()->OpensForReading("/QV/sub/../a.txt"));
+  EXPECT_FALSE(env()->OpensForReading("/QV/./gone.txt"));
+  EXPECT_FALSE(env()->OpensForReading("/QV/./link"));
+  EXPECT_FALSE(env()->OpensForReading("/QV/sub/../link"));
+  EXPECT_TRUE(OutsideUntouched());
+}
+
+TEST_F(DeviceRootLinksTest, AVeryLongPathIsProbedAndAppendedToInsideTheImage) {
+  std::string folder;
+  for (int i = 0; i < 6; ++i) folder += "/" + std::string(200, static_cast<char>('a' + i));
+  std::string file = folder + "/log.bin";
+  WriteFile(file, "x");
+  Link(OutsideFile(), folder + "/link");
+  EXPECT_TRUE(env()->OpensForReading(file));
+  EXPECT_FALSE(env()->OpensForReading(folder + "/link"));
+  EXPECT_TRUE(env()->AppendToFile(file, "yz", 2).ok());
+  EXPECT_FALSE(env()->AppendToFile(folder + "/link", "yz", 2).ok());
+  EXPECT_EQ(Read(file), "xyz");
+  EXPECT_TRUE(OutsideUntouched());
+}

@@ -42,6 +42,20 @@ TEST(NormalizeDevicePath, TheRootItselfStaysTheRoot) {
 
 TEST(NormalizeDevicePath, EmptyPathStaysEmpty) { EXPECT_EQ(NormalizeDevicePath(""), ""); }
 
+TEST(IsNormalizedDevicePath, PlainAbsolutePathsAndATrailingSlashAreNormalized) {
+  EXPECT_TRUE(vireline::IsNormalizedDevicePath("/"));
+  EXPECT_TRUE(vireline::IsNormalizedDevicePath("/QV/Base/settings.cfg"));
+  EXPECT_TRUE(vireline::IsNormalizedDevicePath("/QV/Base/"));
+  EXPECT_TRUE(vireline::IsNormalizedDevicePath("/QV/.hidden/a..b/..."));
+}
+
+TEST(IsNormalizedDevicePath, EmptyDotAndDotDotComponentsAreNot) {
+  for (const char* path : {"", "QV/Base", "//QV", "/QV//Base", "/./QV", "/QV/.", "/QV/./Base", "/..", "/QV/..",
+                           "/QV/../Base"}) {
+    EXPECT_FALSE(vireline::IsNormalizedDevicePath(path)) << path;
+  }
+}
+
 TEST(MapDevicePath, RealRootUsesPathsUnchanged) {
   vireline::SetDeviceRoot("");
   EXPECT_EQ(MapDevicePath("/proc/mtd"), "/proc/mtd");

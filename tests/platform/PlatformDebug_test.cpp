@@ -7,6 +7,8 @@
 
 #include <vireline/Platform.h>
 
+#include "platform/DebugJoined.h"
+
 namespace {
 
 struct Message {
@@ -159,3 +161,48 @@ TEST(PlatformDebugEnvironment, ALevelThatIsNoWholeNumberKeepsTheDefault) {
 }
 
 TEST(PlatformDebugEnvironment, AnEmptyLevelKeepsTheDefault) { EXPECT_EQ(LevelsOneToThreeUnder("").size(), 1u); }
+
+TEST_F(PlatformDebugTest, TextsFollowedByANumberAreFormattedInFull) {
+  PlatformDebug debug(1024);
+  debug.DebugOut(1, "%s has %d of %s\n", "the card", 3, "its slots");
+  ASSERT_EQ(gMessages.size(), 1u);
+  EXPECT_EQ(gMessages[0].text, "the card has 3 of its slots\n");
+}
+
+TEST_F(PlatformDebugTest, ALongMessageWithANumberIsNotCut) {
+  std::string text(3000, 'y');
+  PlatformDebug(1).DebugOut(1, "%s=%u", text.c_str(), 42u);
+  ASSERT_EQ(gMessages.size(), 1u);
+  EXPECT_EQ(gMessages[0].text, text + "=42");
+}
+
+TEST_F(PlatformDebugTest, AMissingTextPrintsAsNull) {
+  const char* volatile missing = nullptr;  // not known to the compiler, as in a caller's code
+  PlatformDebug(1).DebugOut(1, "name %s.", missing);
+  ASSERT_EQ(gMessages.size(), 1u);
+  EXPECT_EQ(gMessages[0].text, "name (null).");
+}
+
+TEST_F(PlatformDebugTest, AJoinedMessageIsWhatItsFormatWouldPrint) {
+  PlatformDebug debug(1024);
+  for (const std::string& name : {std::string("hit.png"), std::string(700, 'n'), std::string()}) {
+    gMessages.clear();
+    debug.DebugOut(1, "Find( %s )\n", name.c_str());
+    vireline::DebugOutJoined(1024, 1, "Find( ", name.c_str(), " )\n");
+    ASSERT_EQ(gMessages.size(), 2u);
+    EXPECT_EQ(gMessages[1].text, gMessages[0].text);
+    EXPECT_EQ(gMessages[1].level, 1);
+    EXPECT_EQ(gMessages[1].module, 1024);
+  }
+}
+
+TEST_F(PlatformDebugTest, AJoinedMessageAboveTheLevelIsNotPrinted) {
+  vireline::DebugOutJoined(1024, 5, "Find( ", "x", " )\n");
+  EXPECT_TRUE(gMessages.empty());
+}
+
+TEST_F(PlatformDebugTest, AJoinedMessageWithoutItsTextPrintsNull) {
+  vireline::DebugOutJoined(1024, 1, "Find( ", nullptr, " )");
+  ASSERT_EQ(gMessages.size(), 1u);
+  EXPECT_EQ(gMessages[0].text, "Find( (null) )");
+}

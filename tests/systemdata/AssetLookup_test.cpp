@@ -379,3 +379,22 @@ TEST_F(AssetLookupTest, LookupOpensOnlyItsCandidatesAndStatsNothing) {
   EXPECT_EQ(env.Calls(vireline::FaultInjectionEnv::kClose), 1);
   EXPECT_EQ(env.Calls(vireline::FaultInjectionEnv::kStat), 0);
 }
+
+TEST_F(AssetLookupTest, AProbeThatLooksUpAnotherAssetStillGetsItsOwnCandidates) {
+  WriteFile("/QV/Bulk/LanguagePack/Audio/other.wav", "wav");
+  std::vector<std::string> tried;
+  std::vector<std::string> nested;
+  CPath found = vireline::LookUpAsset(Data(), tAssetKind::kArt, "x.png", [&](const CPath& path) {
+    tried.push_back(path);
+    nested.push_back(Data()->FindAudio("other.wav"));
+    return tried.size() == 2;
+  });
+  EXPECT_EQ(found, kArtCandidates[1]);
+  EXPECT_EQ(tried, std::vector<std::string>(kArtCandidates.begin(), kArtCandidates.begin() + 2));
+  EXPECT_EQ(nested, std::vector<std::string>(2, "/QV/Bulk/LanguagePack/Audio/other.wav"));
+}
+
+TEST_F(AssetLookupTest, ANameOfManyCharactersIsFoundWhole) {
+  std::string name = std::string(200, 'n') + ".png";
+  ExpectFoundAlone(&CSystemData::FindArt, name, "/QV/Bulk/LanguagePack/Art/" + name);
+}
