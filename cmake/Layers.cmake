@@ -40,7 +40,7 @@ set(VIRELINE_AREA_SOURCES_platform
   Result.cpp RootResolver.cpp ScopedEnv.cpp ScratchOverlay.cpp ScratchOverlayEnv.cpp StreamCalls.cpp)
 set(VIRELINE_AREA_SOURCES_files
   CFileIO.cpp CFileUtils.cpp CMetaInfFile.cpp COrvoInterface.cpp CPkgPathBase.cpp CProfileDscFile.cpp
-  CSettingsCfgFile.cpp DirConfigTables.cpp DoomMarker.cpp UnreadableFiles.cpp)
+  CSettingsCfgFile.cpp DirConfigTables.cpp DoomMarker.cpp EntryStrings.cpp KeyValueReader.cpp UnreadableFiles.cpp)
 set(VIRELINE_AREA_SOURCES_mfg CMfgData.cpp CMfgDataBoard.cpp CMfgDataFields.cpp CPartition.cpp)
 set(VIRELINE_AREA_SOURCES_baseutils
   BaseUtils.cpp BaseUtilsChecksum.cpp BaseUtilsCopy.cpp BaseUtilsDaemon.cpp BaseUtilsDiagnostics.cpp

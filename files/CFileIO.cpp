@@ -10,9 +10,10 @@
 #include <vireline/CFileUtils.h>
 #include <vireline/COrvoInterface.h>
 
+#include "files/EntryStrings.h"
+#include "files/KeyValueReader.h"
 #include "files/UnreadableFiles.h"
 #include "platform/AtomicFile.h"
-#include "platform/BufferedReader.h"
 #include "platform/Env.h"
 #include "platform/StreamCalls.h"
 
@@ -41,43 +42,6 @@ char* CopyString(const char* text, size_t length) {
 
 char* CopyString(const char* text) { return CopyString(text, std::strlen(text)); }
 
-// A key and its value in one block, the value right after the key's
-// terminator: reading a file then costs one allocation per entry, not two.
-char* CopyKeyAndValue(const char* key, size_t keyLength, const char* value, size_t valueLength) {
-  if (valueLength > static_cast<size_t>(INT32_MAX) - 2 - keyLength) return nullptr;
-  char* block = static_cast<char*>(MallocArray(keyLength + valueLength + 2, 1));
-  if (block == nullptr) return nullptr;
-  std::memcpy(block, key, keyLength);
-  block[keyLength] = '\0';
-  std::memcpy(block + keyLength + 1, value, valueLength);
-  block[keyLength + valueLength + 1] = '\0';
-  return block;
-}
-
-// A key allocated alone, with a spare byte after its terminator: the address
-// right after the terminator is then always inside the key's own block, so no
-// value allocated by itself can sit there (see ValueSharesKeyBlock).
-char* CopyKey(const char* key) {
-  size_t length = std::strlen(key);
-  if (length > static_cast<size_t>(INT32_MAX) - 2) return nullptr;
-  char* copy = static_cast<char*>(MallocArray(length + 2, 1));
-  if (copy == nullptr) return nullptr;
-  std::memcpy(copy, key, length + 1);
-  copy[length + 1] = '\0';
-  return copy;
-}
-
-// True when the entry's value lives in its key's block, and is freed with it.
-bool ValueSharesKeyBlock(const tKeyValueEntry& entry) {
-  return entry.value != nullptr && entry.value == entry.key + std::strlen(entry.key) + 1;
-}
-
-// Releases the entry's value (leaving it null) and not the key.
-void FreeValue(tKeyValueEntry* entry) {
-  if (!ValueSharesKeyBlock(*entry)) COrvoInterface::Free(entry->value);
-  entry->value = nullptr;
-}
-
 // The entries the block has room for at `count` entries. It grows by
 // doubling, so reading a file of n lines costs O(n) and not O(n^2); a table of
 // a few dozen keys is allocated once or twice.
@@ -91,35 +55,68 @@ U32 CapacityFor(U32 count) {
   return capacity;
 }
 
-// Behind the entries, in the same block, sits a hash index of the keys, so a
+// Behind the entries, in the same block, sit the chain of blocks holding the
+// keys and values read from the file, then a hash index of the keys, so a
 // key is found (and a new one added) in constant time however long the table
-// grows. Its first word counts the entries indexed so far: reading a file
-// indexes its entries once, at the end, and every change catches the index
-// up, so lookups (const, and safe to run side by side) only read it; entries
-// that a derived class appended by itself are searched one by one. Its slots hold an entry's index + 1 (0:
-// empty) and only the first entry of a key, so lookups still find the first
-// of duplicate keys. It has twice as many slots as the block has entries.
+// grows. The tail counts the entries indexed so far: reading a file indexes
+// its entries once, at the end, and every change catches the index up, so
+// lookups (const, and safe to run side by side) only read it; entries that a
+// derived class appended by itself are searched one by one. Its slots hold an
+// entry's index + 1 (0: empty) and only the first entry of a key, so lookups
+// still find the first of duplicate keys. It has twice as many slots as the
+// block has entries. A table of at most kLinearEntries entries is not indexed
+// at all: comparing a few dozen short keys costs less than building an index
+// for the handful of lookups a file usually gets.
+struct TableTail {
+  vireline::EntryStringBlock* strings;
+  U32 indexed;
+};
+
+const U32 kLinearEntries = 64;
+
+// The strings of a line take at most its bytes and its line end; a line the
+// file's end or the 255-byte cut leaves without one takes a byte more.
+const size_t kTerminatorSlack = 64;
+
 U32 SlotCount(U32 capacity) { return capacity * 2; }
 
 // Bytes of a block for `capacity` entries and their index; 0 when too large.
 size_t BlockBytes(U32 capacity) {
   size_t perEntry = sizeof(tKeyValueEntry) + 2 * sizeof(U32);
-  if (capacity > (static_cast<size_t>(INT32_MAX) - sizeof(U32)) / perEntry) return 0;
-  return capacity * perEntry + sizeof(U32);
+  if (capacity > (static_cast<size_t>(INT32_MAX) - sizeof(TableTail)) / perEntry) return 0;
+  return capacity * perEntry + sizeof(TableTail);
 }
 
-// The index of a table of `count` entries (in a block sized for them): the
-// count of entries indexed, then the slots.
-U32* IndexOf(tKeyValueEntry* entries, U32 count) {
-  return reinterpret_cast<U32*>(entries + CapacityFor(count));
+// The tail of a table of `count` entries (in a block sized for them).
+TableTail* TailOf(tKeyValueEntry* entries, U32 count) {
+  return reinterpret_cast<TableTail*>(entries + CapacityFor(count));
 }
 
-// A block for `capacity` entries, with nothing indexed; null when memory is short.
+// The index slots of a table of `count` entries.
+U32* SlotsOf(tKeyValueEntry* entries, U32 count) { return reinterpret_cast<U32*>(TailOf(entries, count) + 1); }
+
+// The chain holding the strings read into a table of `count` entries, or null.
+vireline::EntryStringBlock* StringsOf(tKeyValueEntry* entries, U32 count) {
+  return count == 0 ? nullptr : TailOf(entries, count)->strings;
+}
+
+// Frees `text` (may be null) unless it was read from the file: those strings
+// live in the table's blocks `strings`.
+void FreeUnlessRead(const vireline::EntryStringBlock* strings, char* text) {
+  if (!vireline::ChainHolds(strings, text)) COrvoInterface::Free(text);
+}
+
+// A block for `capacity` entries, holding no strings, with nothing indexed;
+// null when memory is short.
 tKeyValueEntry* AllocateTable(U32 capacity) {
   size_t bytes = BlockBytes(capacity);
   if (bytes == 0) return nullptr;
   auto* entries = static_cast<tKeyValueEntry*>(COrvoInterface::Malloc(static_cast<int32_t>(bytes)));
-  if (entries != nullptr) *reinterpret_cast<U32*>(entries + capacity) = 0;
+  if (entries != nullptr) {
+    auto* tail = reinterpret_cast<TableTail*>(entries + capacity);
+    tail->strings = nullptr;
+    tail->indexed = 0;
+  }
   return entries;
 }
 
@@ -133,7 +130,7 @@ U32 HashKey(const char* key) {
 
 // The slot of `key`'s first indexed entry, or the empty slot where it would go.
 U32* FindSlot(tKeyValueEntry* entries, U32 count, const char* key) {
-  U32* slots = IndexOf(entries, count) + 1;
+  U32* slots = SlotsOf(entries, count);
   U32 mask = SlotCount(CapacityFor(count)) - 1;
   for (U32 at = HashKey(key) & mask;; at = (at + 1) & mask) {
     if (slots[at] == 0 || std::strcmp(entries[slots[at] - 1].key, key) == 0) return &slots[at];
@@ -141,29 +138,40 @@ U32* FindSlot(tKeyValueEntry* entries, U32 count, const char* key) {
 }
 
 // Indexes the entries added since the index was last caught up (all of
-// them, into cleared slots, when nothing is indexed yet).
+// them, into cleared slots, when nothing is indexed yet); a small table stays
+// unindexed.
 void CatchUpIndex(tKeyValueEntry* entries, U32 count) {
-  U32* indexed = IndexOf(entries, count);
-  if (*indexed == count) return;
-  if (*indexed == 0) std::memset(indexed + 1, 0, SlotCount(CapacityFor(count)) * sizeof(U32));
-  for (U32 i = *indexed; i < count; ++i) {
+  if (count <= kLinearEntries) return;
+  U32& indexed = TailOf(entries, count)->indexed;
+  if (indexed == count) return;
+  if (indexed == 0) std::memset(SlotsOf(entries, count), 0, SlotCount(CapacityFor(count)) * sizeof(U32));
+  for (U32 i = indexed; i < count; ++i) {
     U32* slot = FindSlot(entries, count, entries[i].key);
     if (*slot == 0) *slot = i + 1;
   }
-  *indexed = count;
+  indexed = count;
+}
+
+// Moves the table of `count` entries into a block sized for `newCount` when
+// that is another size, keeping its first `kept` entries and its strings (the
+// index is rebuilt later); false when memory is short.
+bool Resize(tKeyValueEntry*& entries, U32 count, U32 newCount, U32 kept) {
+  if (count != 0 && CapacityFor(newCount) == CapacityFor(count)) return true;
+  tKeyValueEntry* resized = AllocateTable(CapacityFor(newCount));
+  if (resized == nullptr) return false;
+  if (count != 0) {
+    std::memcpy(resized, entries, kept * sizeof(tKeyValueEntry));
+    TailOf(resized, newCount)->strings = StringsOf(entries, count);
+  }
+  COrvoInterface::Free(entries);
+  entries = resized;
+  return true;
 }
 
 // Appends an entry holding `key` (a block the table takes over) to the table
 // of `count` entries, growing the block when it is full; null when memory is short.
 tKeyValueEntry* AddEntry(tKeyValueEntry*& entries, U32& count, char* key) {
-  if (count == UINT32_MAX) return nullptr;
-  if (count == 0 || CapacityFor(count + 1) != CapacityFor(count)) {
-    tKeyValueEntry* larger = AllocateTable(CapacityFor(count + 1));
-    if (larger == nullptr) return nullptr;
-    if (count != 0) std::memcpy(larger, entries, count * sizeof(tKeyValueEntry));
-    COrvoInterface::Free(entries);
-    entries = larger;
-  }
+  if (count == UINT32_MAX || !Resize(entries, count, count + 1, count)) return nullptr;
   tKeyValueEntry* entry = &entries[count];
   std::memset(entry, 0, sizeof *entry);
   entry->key = key;
@@ -171,10 +179,65 @@ tKeyValueEntry* AddEntry(tKeyValueEntry*& entries, U32& count, char* key) {
   return entry;
 }
 
-// Forgets the index of a table of `count` entries; the next lookup rebuilds it.
+// Forgets the index of a table of `count` entries; the next catch-up rebuilds it.
 void ResetIndex(tKeyValueEntry* entries, U32 count) {
-  if (count != 0) *IndexOf(entries, count) = 0;
+  if (count != 0) TailOf(entries, count)->indexed = 0;
 }
+
+// The entries Parse reads, handed to the table in batches: a file of a few
+// dozen keys grows the table once, not by doubling from its first entry.
+class ParsedEntries {
+ public:
+  ParsedEntries(tKeyValueEntry*& entries, U32& count)
+      : mEntries(entries), mCount(count), mStrings(StringsOf(entries, count)) {}
+  ParsedEntries(const ParsedEntries&) = delete;
+  ParsedEntries& operator=(const ParsedEntries&) = delete;
+  ~ParsedEntries() { Flush(); }
+
+  // Adds the entry of a line; `unread` is what the rest of the file takes at
+  // least, a hint for the size of the strings' first block.
+  void Add(const vireline::KeyValueText& text, size_t unread) {
+    uint8_t quoted = 0, listQuoted = 0;
+    if (text.valueLength > 0 && text.value[0] == '"') {
+      const void* closing = std::memchr(text.value + 1, '"', text.valueLength - 1);
+      (closing == text.value + text.valueLength - 1 ? quoted : listQuoted) = 1;
+    }
+    char* key = vireline::StoreEntryStrings(&mStrings, text.key, text.keyLength, text.value, text.valueLength,
+                                            quoted || listQuoted, unread + kTerminatorSlack);
+    if (key == nullptr) return;  // memory is short: the line is left out
+    if (mStaged == kBatch) Flush();
+    tKeyValueEntry& entry = mBatch[mStaged++];
+    entry.key = key;
+    entry.value = key + text.keyLength + 1;
+    entry.quoted = quoted;
+    entry.listQuoted = listQuoted;
+  }
+
+ private:
+  static const U32 kBatch = 64;
+
+  // Appends the staged entries and records the strings with the table, or
+  // frees the strings when there is no table to hold them.
+  void Flush() {
+    if (mStaged != 0 && mCount <= UINT32_MAX - mStaged && Resize(mEntries, mCount, mCount + mStaged, mCount)) {
+      std::memcpy(mEntries + mCount, mBatch, mStaged * sizeof(tKeyValueEntry));
+      mCount += mStaged;
+    }
+    mStaged = 0;
+    if (mCount != 0) {
+      TailOf(mEntries, mCount)->strings = mStrings;
+    } else {
+      vireline::FreeChain(mStrings);
+      mStrings = nullptr;
+    }
+  }
+
+  tKeyValueEntry*& mEntries;
+  U32& mCount;
+  vireline::EntryStringBlock* mStrings;
+  tKeyValueEntry mBatch[kBatch];
+  U32 mStaged = 0;
+};
 
 bool IsHexDigit(char c) {
   return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
@@ -308,64 +371,6 @@ bool NextPair(ReadLine readLine, char* buffer, char* (*strip)(char*), char*& key
   return false;
 }
 
-// Hands out the lines of a file exactly as CFileIO::GetLine reads them (a
-// line ends at "\r" or "\n", empty lines are skipped, a line longer than the
-// buffer goes on as the next one), but takes the file's text in big blocks
-// and a line at a time from memory instead of a character at a time.
-class LineReader {
- public:
-  explicit LineReader(vireline::BufferedReader* file) : mFile(file) {}
-  LineReader(const LineReader&) = delete;
-  LineReader& operator=(const LineReader&) = delete;
-
-  // The next line in `buffer` (at most size - 1 bytes); its length, or -1 at the end.
-  int Next(char* buffer, U32 size) {
-    U32 length = 0;
-    while (length + 1 < size) {
-      if (mAt == mEnd && !Refill()) break;
-      size_t run = RunLength();
-      if (run == 0) {  // a line end
-        ++mAt;
-        if (length > 0) break;
-        continue;
-      }
-      size_t room = size - 1 - length;
-      size_t taken = run < room ? run : room;
-      std::memcpy(buffer + length, mText + mAt, taken);
-      length += static_cast<U32>(taken);
-      mAt += taken;
-    }
-    buffer[length] = '\0';
-    return length > 0 ? static_cast<int>(length) : -1;
-  }
-
- private:
-  // Takes the file's next line; false at its end.
-  bool Refill() {
-    mAt = 0;
-    mEnd = mFile->ReadLine(&mLine) ? mLine.size() : 0;
-    mText = mLine.data();
-    return mEnd != 0;
-  }
-
-  // The bytes from mAt up to the next line end (which only "\r" can be
-  // before the last byte).
-  size_t RunLength() const {
-    const char* start = mText + mAt;
-    size_t available = mEnd - mAt;
-    const void* carriageReturn = std::memchr(start, '\r', available);
-    if (carriageReturn != nullptr) available = static_cast<const char*>(carriageReturn) - start;
-    if (available > 0 && start[available - 1] == '\n') --available;
-    return start[0] == '\n' ? 0 : available;
-  }
-
-  vireline::BufferedReader* mFile;
-  std::string mLine;
-  const char* mText = nullptr;  // mLine's bytes
-  size_t mAt = 0;
-  size_t mEnd = 0;
-};
-
 // Writes `line` to `file`; false (and a trace) when a byte of it fails.
 bool AppendLine(vireline::WritableFile* file, const char* line) {
   if (file->Append(line, std::strlen(line)).ok()) return true;
@@ -374,21 +379,34 @@ bool AppendLine(vireline::WritableFile* file, const char* line) {
 }
 
 // The file Parse reads on this thread: the one Open lends it while it runs
-// Parse, else none, and Parse reads a client's stream in mpFile.
-thread_local vireline::BufferedReader* tParseSource = nullptr;
+// Parse, else none, and Parse reads a client's stream in mpFile. Parse
+// reports back whether a read failed.
+struct ParseSource {
+  vireline::SequentialFile* file;
+  bool failed;
+};
+
+thread_local ParseSource* tParseSource = nullptr;
 
 class LentSource {
  public:
-  explicit LentSource(vireline::BufferedReader* reader) : mPrevious(tParseSource) { tParseSource = reader; }
+  explicit LentSource(vireline::SequentialFile* file) : mSource{file, false}, mPrevious(tParseSource) {
+    tParseSource = &mSource;
+  }
   ~LentSource() { tParseSource = mPrevious; }
   LentSource(const LentSource&) = delete;
   LentSource& operator=(const LentSource&) = delete;
 
+  // True when a read failed while Parse read the file.
+  bool failed() const { return mSource.failed; }
+
  private:
-  vireline::BufferedReader* mPrevious;
+  ParseSource mSource;
+  ParseSource* mPrevious;
 };
 
-const char kUtf8Bom[] = "\xEF\xBB\xBF";
+// Bytes read at a time: as a C stream reads, and small enough for any stack.
+const size_t kReadBlock = 4096;
 
 }  // namespace
 
@@ -423,12 +441,9 @@ bool CFileIO::Open(const char* path) {
     return false;
   }
   // mpFile stays null: Parse reads the file Open lends it.
-  vireline::BufferedReader reader(file.get());
-  {
-    LentSource lent(&reader);
-    Parse();
-  }
-  vireline::UnreadableFiles::Mark(this, !reader.status().ok());  // a read error cut the table short
+  LentSource lent(file.get());
+  Parse();
+  vireline::UnreadableFiles::Mark(this, lent.failed());  // a read error cut the table short
   mDirty = 0;
   return true;
 }
@@ -445,10 +460,12 @@ void CFileIO::Close() {
 }
 
 void CFileIO::Clear() {
+  vireline::EntryStringBlock* strings = StringsOf(mpEntries, mNumEntries);
   for (U32 i = 0; i < mNumEntries; ++i) {
-    FreeValue(&mpEntries[i]);
-    COrvoInterface::Free(mpEntries[i].key);
+    FreeUnlessRead(strings, mpEntries[i].value);
+    FreeUnlessRead(strings, mpEntries[i].key);
   }
+  vireline::FreeChain(strings);
   COrvoInterface::Free(mpEntries);
   mpEntries = nullptr;
   mNumEntries = 0;
@@ -467,13 +484,14 @@ bool CFileIO::HasKey(const char* key) const { return FindKey(key) != nullptr; }
 
 tKeyValueEntry* CFileIO::FindKey(const char* key) const {
   if (key == nullptr || mNumEntries == 0) return nullptr;
-  U32 indexed = *IndexOf(mpEntries, mNumEntries);
+  U32 indexed = TailOf(mpEntries, mNumEntries)->indexed;
   if (indexed != 0) {
     U32 slot = *FindSlot(mpEntries, mNumEntries, key);
     if (slot != 0) return &mpEntries[slot - 1];
   }
   for (U32 i = indexed; i < mNumEntries; ++i) {
-    if (std::strcmp(mpEntries[i].key, key) == 0) return &mpEntries[i];
+    const char* candidate = mpEntries[i].key;
+    if (candidate[0] == key[0] && std::strcmp(candidate, key) == 0) return &mpEntries[i];
   }
   return nullptr;
 }
@@ -576,27 +594,21 @@ bool CFileIO::RmKey(const char* key) {
   tKeyValueEntry* entry = FindKey(key);
   if (entry == nullptr) return false;
   U32 index = static_cast<U32>(entry - mpEntries);
-  FreeValue(entry);
-  COrvoInterface::Free(entry->key);
+  vireline::EntryStringBlock* strings = StringsOf(mpEntries, mNumEntries);
+  FreeUnlessRead(strings, entry->value);
+  FreeUnlessRead(strings, entry->key);
   mDirty = 1;
   U32 remaining = mNumEntries - 1;
   if (remaining == 0) {
+    vireline::FreeChain(strings);
     COrvoInterface::Free(mpEntries);
     mpEntries = nullptr;
   } else {
     // The entries after the removed one move up by one: order is kept, and
-    // nothing outside the table is read.
-    // A block that does not shrink still has room for the smaller table's index.
-    tKeyValueEntry* smaller = nullptr;
-    if (CapacityFor(remaining) != CapacityFor(mNumEntries)) smaller = AllocateTable(CapacityFor(remaining));
-    if (smaller != nullptr) {
-      std::memcpy(smaller, mpEntries, index * sizeof(tKeyValueEntry));
-      std::memcpy(smaller + index, mpEntries + index + 1, (remaining - index) * sizeof(tKeyValueEntry));
-      COrvoInterface::Free(mpEntries);
-      mpEntries = smaller;
-    } else {
-      std::memmove(mpEntries + index, mpEntries + index + 1, (remaining - index) * sizeof(tKeyValueEntry));
-    }
+    // nothing outside the table is read. A block that cannot shrink (memory
+    // is short) still has room for the smaller table's tail and index.
+    std::memmove(mpEntries + index, mpEntries + index + 1, (remaining - index) * sizeof(tKeyValueEntry));
+    if (!Resize(mpEntries, mNumEntries, remaining, remaining)) TailOf(mpEntries, remaining)->strings = strings;
     ResetIndex(mpEntries, remaining);
     CatchUpIndex(mpEntries, remaining);
   }
@@ -660,7 +672,8 @@ bool CFileIO::Write() {
 tKeyValueEntry* CFileIO::PrepareEntry(const char* key) {
   tKeyValueEntry* entry = FindKey(key);
   if (entry != nullptr) {
-    FreeValue(entry);
+    FreeUnlessRead(StringsOf(mpEntries, mNumEntries), entry->value);
+    entry->value = nullptr;
   } else {
     entry = NewEntry(key);
     if (entry == nullptr) return nullptr;
@@ -672,7 +685,7 @@ tKeyValueEntry* CFileIO::PrepareEntry(const char* key) {
 
 tKeyValueEntry* CFileIO::NewEntry(const char* key) {
   if (key == nullptr) return nullptr;
-  char* keyCopy = CopyKey(key);
+  char* keyCopy = CopyString(key);
   if (keyCopy == nullptr) return nullptr;
   tKeyValueEntry* entry = AddEntry(mpEntries, mNumEntries, keyCopy);
   if (entry == nullptr) COrvoInterface::Free(keyCopy);
@@ -805,48 +818,32 @@ bool CFileIO::WriteBuffer(const char* line) {
 }
 
 void CFileIO::Parse() {
-  vireline::BufferedReader* source = tParseSource;
+  ParseSource* lent = tParseSource;
   std::unique_ptr<vireline::SequentialFile> stream;
-  std::unique_ptr<vireline::BufferedReader> streamReader;
-  if (source != nullptr) {
-    source->SkipPrefix(kUtf8Bom, 3);
-  } else {
+  vireline::SequentialFile* source = lent != nullptr ? lent->file : nullptr;
+  if (source == nullptr) {
     if (mpFile == nullptr) return;
     CheckUtf8Bom();
     stream = vireline::NewStreamReader(mpFile);
-    streamReader.reset(new vireline::BufferedReader(stream.get()));
-    source = streamReader.get();
+    source = stream.get();
   }
-  char line[kLineSize];
-  char* key = nullptr;
-  char* value = nullptr;
-  LineReader reader(source);
-  auto readLine = [&] { return reader.Next(line, sizeof line); };
-  while (NextPair(readLine, line, &CFileIO::StripWhitespace, key, value)) AppendParsed(key, value);
-  if (mNumEntries != 0) CatchUpIndex(mpEntries, mNumEntries);
+  char block[kReadBlock];
+  vireline::KeyValueReader reader(source, block, sizeof block, lent != nullptr);
+  {
+    ParsedEntries parsed(mpEntries, mNumEntries);
+    vireline::KeyValueText text;
+    while (reader.Next(&text)) parsed.Add(text, reader.Unread());
+  }
+  CatchUpIndex(mpEntries, mNumEntries);
+  if (lent != nullptr) lent->failed = !reader.status().ok();
 }
 
 bool CFileIO::AppendParsed(char* key, char* value) {
-  uint8_t quoted = 0, listQuoted = 0;
-  if (value[0] == '"') {
-    const char* closing = std::strchr(value + 1, '"');
-    if (closing != nullptr && closing[1] == '\0') {
-      quoted = 1;
-    } else {
-      listQuoted = 1;
-    }
-    StripQuotes(value);
+  U32 before = mNumEntries;
+  {
+    ParsedEntries parsed(mpEntries, mNumEntries);
+    parsed.Add(vireline::KeyValueText{key, std::strlen(key), value, std::strlen(value)}, 0);
   }
-  size_t keyLength = std::strlen(key);
-  char* block = CopyKeyAndValue(key, keyLength, value, std::strlen(value));
-  if (block == nullptr) return false;
-  tKeyValueEntry* entry = AddEntry(mpEntries, mNumEntries, block);
-  if (entry == nullptr) {
-    COrvoInterface::Free(block);
-    return false;
-  }
-  entry->value = block + keyLength + 1;
-  entry->quoted = quoted;
-  entry->listQuoted = listQuoted;
-  return true;
+  CatchUpIndex(mpEntries, mNumEntries);
+  return mNumEntries != before;
 }

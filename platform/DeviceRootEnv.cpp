@@ -110,6 +110,10 @@ Result DeviceRootEnv::OpenExisting(const std::string& path, Open open) {
 }
 
 Result DeviceRootEnv::NewSequentialFile(const std::string& path, std::unique_ptr<SequentialFile>* file) {
+  file->reset();
+  Result opened;
+  const std::string& root = CurrentDeviceRoot();
+  if (!root.empty() && !path.empty() && ReadBelowRoot(root, path, file, &opened)) return opened;
   return OpenExisting(path, [&](const std::string& host) { return target()->NewSequentialFile(host, file); });
 }
 Result DeviceRootEnv::NewRandomRWFile(const std::string& path, std::unique_ptr<RandomRWFile>* file) {

@@ -201,6 +201,15 @@ Result NewPosixSequentialFile(const std::string& path, std::unique_ptr<Sequentia
   return Result::Ok();
 }
 
+std::unique_ptr<SequentialFile> NewPosixSequentialFileOn(int fd, const std::string& path) {
+  return std::unique_ptr<SequentialFile>(new PosixSequentialFile(fd, path));
+}
+
+bool IsSpecialDescriptor(int fd) {
+  struct stat64 st;
+  return ::fstat64(fd, &st) == 0 && !S_ISREG(st.st_mode) && !S_ISDIR(st.st_mode);
+}
+
 Result NewPosixWritableFile(const std::string& path, int createFlags, std::unique_ptr<WritableFile>* file) {
   file->reset();
   int fd = ::open64(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | createFlags, kNewFileMode);

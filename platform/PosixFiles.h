@@ -23,6 +23,14 @@ Result EraseDescriptor(int fd, uint32_t offset, uint32_t length, const std::stri
 // Opens `path` read-only.
 Result NewPosixSequentialFile(const std::string& path, std::unique_ptr<SequentialFile>* file);
 
+// Reads descriptor `fd`, open for reading on host path `path`; the file owns
+// and closes it.
+std::unique_ptr<SequentialFile> NewPosixSequentialFileOn(int fd, const std::string& path);
+
+// True when descriptor `fd` is a FIFO, socket or device node, which a reader
+// of files must not wait on or read without end.
+bool IsSpecialDescriptor(int fd);
+
 // Opens `path` write-only with open flags `createFlags` (O_TRUNC or O_EXCL with O_CREAT).
 Result NewPosixWritableFile(const std::string& path, int createFlags, std::unique_ptr<WritableFile>* file);
 

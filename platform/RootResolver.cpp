@@ -291,4 +291,26 @@ bool AppendBelowRoot(const std::string& root, const std::string& devicePath, con
   return true;
 }
 
+bool ReadBelowRoot(const std::string& root, const std::string& devicePath, std::unique_ptr<SequentialFile>* file,
+                   Result* outcome) {
+  PlainHostPath host;
+  if (!host.Build(root, devicePath)) return false;
+  // Without waiting: a FIFO opens at once, and is then refused.
+  int fd = -1;
+  int error = OpenDescriptorWithoutLinks(host.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY, &fd);
+  if (error == ENOENT || error == ENOTDIR) {
+    *outcome = Result::Error(error, devicePath);
+    return true;
+  }
+  if (error != 0) return false;  // a link, or a failure the walk reports as the operation would
+  if (IsSpecialDescriptor(fd)) {
+    ::close(fd);
+    *outcome = Result::Error(ENXIO, devicePath);
+    return true;
+  }
+  *file = NewPosixSequentialFileOn(fd, host.c_str());
+  *outcome = Result::Ok();
+  return true;
+}
+
 }  // namespace vireline

@@ -6,8 +6,10 @@
 #ifndef VIRELINE_PLATFORM_ROOTRESOLVER_H_
 #define VIRELINE_PLATFORM_ROOTRESOLVER_H_
 
+#include <memory>
 #include <string>
 
+#include "platform/Env.h"
 #include "platform/Result.h"
 
 namespace vireline {
@@ -49,6 +51,16 @@ bool ProbeBelowRoot(const std::string& root, const std::string& devicePath, bool
 // Play logs append a record at every event, so the check costs no call.
 bool AppendBelowRoot(const std::string& root, const std::string& devicePath, const void* data, size_t size,
                      Result* outcome);
+
+// Opens the existing file `devicePath` below `root` for reading through one
+// open of its plain mapping, as on a device, when the kernel can vouch that
+// no link is on the way: true with *outcome set (and *file when it opened);
+// false when only ResolveBelowRoot can tell. A FIFO, socket or device node is
+// refused with ENXIO, told apart by its open descriptor instead of a look at
+// the path first; key=value files are read at every start, so the check
+// costs no call of its own.
+bool ReadBelowRoot(const std::string& root, const std::string& devicePath, std::unique_ptr<SequentialFile>* file,
+                   Result* outcome);
 
 }  // namespace vireline
 

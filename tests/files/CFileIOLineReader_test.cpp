@@ -8,6 +8,7 @@
 #include <vireline/COrvoInterface.h>
 
 #include "DeviceRootTest.h"
+#include "files/KeyValueTest.h"
 
 namespace {
 
@@ -33,6 +34,7 @@ class LineReadingFileIO : public CFileIO {
 
   using CFileIO::GetLine;
   using CFileIO::NextLine;
+  using CFileIO::Parse;
 };
 
 }  // namespace
@@ -97,4 +99,21 @@ TEST_F(CFileIOLineReaderTest, WriteClosesAStreamASubclassLeftOpenFirst) {
   ASSERT_TRUE(file.Write());
   EXPECT_FALSE(file.StreamOpen());
   EXPECT_EQ(ReadFile(kPath), "A=2\n");
+}
+
+TEST_F(CFileIOLineReaderTest, ParseReadsTheSubclasssStreamAsOpenReadsTheFile) {
+  std::string content = "\xEF\xBB\xBF" "a=1\r\nb = \"two\"\n";
+  for (int i = 0; i < 300; ++i) content += "k" + std::to_string(i) + "=" + std::string(i % 50, 'v') + "\n";
+  content += std::string(300, 'x') + "=cut\nlast=no line end";
+  WriteFile(kPath, content);
+  CFileIO reference;
+  ASSERT_TRUE(reference.Open(kPath));
+  ASSERT_TRUE(file.OpenStream(kPath));
+  file.Parse();
+  EXPECT_EQ(EntriesOf(file), EntriesOf(reference));
+  EXPECT_EQ(file.GetEntryCount(), 304u);
+  EXPECT_STREQ(file.GetStr("a"), "1");
+  EXPECT_STREQ(file.GetStr("b"), "two");
+  EXPECT_STREQ(file.GetStr("k299"), std::string(49, 'v').c_str());
+  EXPECT_STREQ(file.GetStr("last"), "no line end");
 }

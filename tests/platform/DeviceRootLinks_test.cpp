@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -79,6 +80,15 @@ class DeviceRootLinksTest : public DeviceRootTest {
   }
 
   static std::string Error(int error) { return "error " + std::to_string(error); }
+
+  // As Read, through the sequential file the key=value reader uses.
+  static std::string ReadSequential(const std::string& path) {
+    std::unique_ptr<vireline::SequentialFile> file;
+    vireline::Result result = env()->NewSequentialFile(path, &file);
+    if (!result.ok()) return Error(result.error());
+    std::string content;
+    return vireline::ReadToString(file.get(), 1 << 20, &content).ok() ? content : Error(EIO);
+  }
 
   OutsideFolder mFolder;
   std::string mOutside;  // the host folder beside the image
@@ -155,6 +165,19 @@ TEST_F(DeviceRootLinksTest, OpeningForReadingNeverReadsAHostFile) {
   Link(OutsideFile(), "/QV/Bulk/settings.cfg");
   EXPECT_EQ(Read("/QV/Bulk/settings.cfg"), Error(ENOENT));
   EXPECT_FALSE(env()->OpensForReading("/QV/Bulk/settings.cfg"));
+}
+
+TEST_F(DeviceRootLinksTest, ASequentialReadFollowsLinksInsideTheImageOnly) {
+  WriteFile("/etc/real.txt", "image");
+  Link("/etc/real.txt", "/QV/link.txt");
+  Link("/etc", "/QV/folder");
+  Link(OutsideFile(), "/QV/host.txt");
+  EXPECT_EQ(ReadSequential("/etc/real.txt"), "image");
+  EXPECT_EQ(ReadSequential("/QV/link.txt"), "image");
+  EXPECT_EQ(ReadSequential("/QV/folder/real.txt"), "image");
+  EXPECT_EQ(ReadSequential("/QV/host.txt"), Error(ENOENT));
+  EXPECT_EQ(ReadSequential("/QV/link.txt/"), Error(ENOTDIR));
+  EXPECT_TRUE(OutsideUntouched());
 }
 
 TEST_F(DeviceRootLinksTest, OpeningForWritingWritesInsideTheImage) {

@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <memory>
 #include <string>
 
 #include <vireline/CFileIO.h>
@@ -54,6 +55,19 @@ TEST_F(DeviceRootSpecialFilesTest, RegularFilesAndMissingOnesAreAsBefore) {
   WriteFile("/QV/Bulk/settings.cfg", "A=1\n");
   EXPECT_EQ(OpenError("/QV/Bulk/settings.cfg"), 0);
   EXPECT_EQ(OpenError("/QV/Bulk/none.cfg"), ENOENT);
+}
+
+TEST_F(DeviceRootSpecialFilesTest, ASequentialReadRefusesAFifoWithoutWaitingAndNamesTheDevicePath) {
+  MakeFifo("/QV/Bulk/settings.cfg");
+  MakeFifo("/var/run/pipe");
+  ASSERT_EQ(::symlink("/var/run/pipe", Host("/QV/Bulk/linked.cfg").c_str()), 0);
+  for (const char* path : {"/QV/Bulk/settings.cfg", "/QV/Bulk/linked.cfg"}) {
+    std::unique_ptr<vireline::SequentialFile> file;
+    vireline::Result result = vireline::Env::Current()->NewSequentialFile(path, &file);
+    EXPECT_EQ(result.error(), ENXIO) << path;
+    EXPECT_EQ(result.path(), path);
+    EXPECT_EQ(file, nullptr) << path;
+  }
 }
 
 TEST_F(DeviceRootSpecialFilesTest, ALookupProbeOfAFifoDoesNotWait) {
