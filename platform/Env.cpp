@@ -15,7 +15,7 @@ const size_t kFirstUnhintedStep = 4096;
 // (to meet its end at once) when it tells a size below `limit`.
 size_t FirstStep(SequentialFile* file, size_t limit) {
   uint64_t size = 0;
-  if (!file->SizeHint(&size) || size == 0 || size >= limit) return kFirstUnhintedStep;
+  if (!SizeHintOf(file, &size) || size == 0 || size >= limit) return kFirstUnhintedStep;
   return static_cast<size_t>(size) + 1;
 }
 
@@ -23,9 +23,13 @@ size_t FirstStep(SequentialFile* file, size_t limit) {
 
 Env::~Env() = default;
 SequentialFile::~SequentialFile() = default;
-bool SequentialFile::SizeHint(uint64_t*) { return false; }
 WritableFile::~WritableFile() = default;
 RandomRWFile::~RandomRWFile() = default;
+
+bool SizeHintOf(SequentialFile* file, uint64_t* size) {
+  auto* hinting = dynamic_cast<SizeHinting*>(file);
+  return hinting != nullptr && hinting->SizeHint(size);
+}
 
 Result ReadFully(SequentialFile* file, size_t n, char* scratch, size_t* got) {
   *got = 0;

@@ -42,15 +42,25 @@ class SequentialFile {
   // Reads up to `n` bytes into `scratch`; *got is 0 only at the end of the file.
   virtual Result Read(size_t n, char* scratch, size_t* got) = 0;
 
-  // The file's size in *size when the file can tell it, as a regular file
-  // can; false when it cannot. A hint for sizing buffers: the file may still
-  // turn out longer or shorter when read.
-  virtual bool SizeHint(uint64_t* size);
-
   // Closes the file; later calls fail. Destruction closes an open file too,
   // for readers that need not learn whether the close failed.
   virtual Result Close() = 0;
 };
+
+// A file that can tell its size before it is read, as a regular file can.
+// Kept apart from SequentialFile, whose table of virtual calls stays as it was.
+class SizeHinting {
+ public:
+  // The file's size in *size; false when it cannot tell. A hint for sizing
+  // buffers: the file may still turn out longer or shorter when read.
+  virtual bool SizeHint(uint64_t* size) = 0;
+
+ protected:
+  ~SizeHinting() = default;
+};
+
+// The size hint of `file` (see SizeHinting); false when it gives none.
+bool SizeHintOf(SequentialFile* file, uint64_t* size);
 
 // A file written from its start (or its end, for appending modes).
 class WritableFile {

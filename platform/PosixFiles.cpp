@@ -55,7 +55,7 @@ Result CloseOnce(int* fd, const std::string& path) {
   return ::close(closing) == 0 ? Result::Ok() : PosixError(path);
 }
 
-class PosixSequentialFile : public SequentialFile {
+class PosixSequentialFile : public SequentialFile, public SizeHinting {
  public:
   PosixSequentialFile(int fd, const std::string& path) : mFd(fd), mPath(path) {}
   ~PosixSequentialFile() override { CloseOnce(&mFd, mPath); }

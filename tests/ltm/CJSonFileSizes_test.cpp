@@ -20,7 +20,7 @@ std::string DocumentOfSize(size_t size) { return "{\"k\":\"" + std::string(size 
 
 // A file that tells a size of 10 bytes whatever it holds, as one that grew
 // after its size was taken would.
-class UnderstatedFile : public vireline::SequentialFile {
+class UnderstatedFile : public vireline::SequentialFile, public vireline::SizeHinting {
  public:
   explicit UnderstatedFile(std::unique_ptr<vireline::SequentialFile> inner) : mInner(std::move(inner)) {}
   vireline::Result Read(size_t n, char* scratch, size_t* got) override { return mInner->Read(n, scratch, got); }

@@ -21,7 +21,7 @@ namespace {
 
 // Hands out `content` in reads of at most `chunk` bytes, telling `hint` as
 // its size (or nothing when `hint` is negative), and counts the reads.
-class ScriptedFile : public SequentialFile {
+class ScriptedFile : public SequentialFile, public vireline::SizeHinting {
  public:
   ScriptedFile(std::string content, long long hint, size_t chunk = 1 << 20)
       : mContent(std::move(content)), mHint(hint), mChunk(chunk) {}
@@ -101,7 +101,7 @@ TEST_F(ReadToStringTest, APlainFileTellsItsSizeAndIsReadWhole) {
   std::unique_ptr<SequentialFile> file;
   ASSERT_TRUE(Env::Current()->NewSequentialFile("/QV/doc.json", &file).ok());
   uint64_t size = 0;
-  EXPECT_TRUE(file->SizeHint(&size));
+  EXPECT_TRUE(vireline::SizeHintOf(file.get(), &size));
   EXPECT_EQ(size, 12345u);
   std::string bytes;
   EXPECT_TRUE(vireline::ReadToString(file.get(), 1 << 20, &bytes).ok());
