@@ -1,5 +1,8 @@
 #include "platform/DeviceRoot.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
@@ -32,11 +35,39 @@ std::string TrimTrailingSlashes(std::string folder) {
   return folder;
 }
 
+// The descriptor of one thread's device root folder: lookups open their
+// candidates below it, so the kernel walks only the device path. Each thread
+// holds its own, so a change of root never closes one another thread uses.
+class ThreadRootFolder {
+ public:
+  ~ThreadRootFolder() { Close(); }
+
+  int For(const std::string& root) {
+    if (&root == mRoot) return mFd;
+    Close();
+    mRoot = &root;
+    if (!root.empty()) mFd = ::open(root.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+    return mFd;
+  }
+
+ private:
+  void Close() {
+    if (mFd >= 0) ::close(mFd);
+    mFd = -1;
+  }
+
+  const std::string* mRoot = nullptr;  // roots are never freed, so the address names one
+  int mFd = -1;
+};
+
+thread_local ThreadRootFolder tRootFolder;
+
 // Makes `root` current; the caller holds the state's mutex.
 const std::string* Publish(RootState& state, std::string root) {
   state.roots.push_back(std::make_unique<const std::string>(std::move(root)));
   const std::string* published = state.roots.back().get();
   state.current.store(published, std::memory_order_release);
+  tRootFolder.For(*published);  // the choosing thread opens it now, with the start-up's other calls
   return published;
 }
 
@@ -58,6 +89,8 @@ void SetDeviceRoot(const std::string& hostFolder) {
   std::lock_guard<std::mutex> lock(state.mutex);
   Publish(state, TrimTrailingSlashes(hostFolder));
 }
+
+int ThreadRootDescriptor(const std::string& root) { return tRootFolder.For(root); }
 
 std::string GetDeviceRoot() {
   const std::string& root = CurrentDeviceRoot();

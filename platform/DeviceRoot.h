@@ -17,6 +17,13 @@ std::string MapDevicePath(const std::string& devicePath);
 // string stays valid (and unchanged) until the process ends.
 const std::string& CurrentDeviceRoot();
 
+// This thread's descriptor of the folder of `root` (a reference that
+// CurrentDeviceRoot() returned, not a copy), opened when the thread first
+// asks after the root was chosen; -1 for the real "/" or when the folder did
+// not open then. A folder replaced at the same path later is not followed:
+// choosing the root again (SetDeviceRoot) opens the new one.
+int ThreadRootDescriptor(const std::string& root);
+
 // `devicePath` mapped below `root`, a root that is not the real "/".
 std::string MapBelowRoot(const std::string& root, const std::string& devicePath);
 

@@ -34,17 +34,18 @@ std::atomic<bool> gKernelChecks{true};
 // Opens host path `host` with `flags` refusing every symbolic link on the way
 // (the last one too unless `flags` has O_NOFOLLOW): 0 with *fd set when it
 // opened, ELOOP when a link was met, the open's error otherwise. One system call.
-int OpenDescriptorWithoutLinks(const char* host, int flags, int* fd) {
+int OpenDescriptorWithoutLinks(int folder, const char* host, int flags, int* fd) {
 #ifdef VIRELINE_HAVE_OPENAT2
   struct open_how how;
   std::memset(&how, 0, sizeof how);
   how.flags = static_cast<uint64_t>(flags | O_CLOEXEC);
   how.resolve = RESOLVE_NO_SYMLINKS;
-  long opened = ::syscall(SYS_openat2, AT_FDCWD, host, &how, sizeof how);
+  long opened = ::syscall(SYS_openat2, folder, host, &how, sizeof how);
   if (opened < 0) return errno;
   *fd = static_cast<int>(opened);
   return 0;
 #else
+  (void)folder;
   (void)host;
   (void)flags;
   (void)fd;
@@ -54,9 +55,9 @@ int OpenDescriptorWithoutLinks(const char* host, int flags, int* fd) {
 
 // As OpenDescriptorWithoutLinks, closing what opened: two system calls when
 // the path opens, one when it does not.
-int OpenWithoutLinks(const char* host, int flags) {
+int OpenWithoutLinks(int folder, const char* host, int flags) {
   int fd = -1;
-  int error = OpenDescriptorWithoutLinks(host, flags, &fd);
+  int error = OpenDescriptorWithoutLinks(folder, host, flags, &fd);
   if (error == 0) ::close(fd);
   return error;
 }
@@ -184,6 +185,14 @@ class RootWalk {
   int mLinks = 0;
 };
 
+// True when the kernel can be asked (it has openat2) and takes `devicePath`
+// below the root as the mapping does: it folds "//" as the mapping does, but
+// not "." and "..", and a relative path must start at the root.
+bool KernelMayMap(const std::string& devicePath) {
+  if (!gKernelChecks.load(std::memory_order_relaxed)) return false;
+  return !devicePath.empty() && devicePath[0] == '/' && !HasDotComponent(devicePath, true);
+}
+
 // The plain mapping of a device path (the root, then the path as it stands),
 // built on the stack: lookups probe and play logs append all the time, and a
 // path of ordinary length then costs two copies and no allocation.
@@ -193,10 +202,7 @@ class PlainHostPath {
   // not absolute or has a "." or ".." component, or when it is too long.
   bool Build(const std::string& root, const std::string& devicePath) {
     size_t size = root.size() + devicePath.size();
-    if (!gKernelChecks.load(std::memory_order_relaxed) || size >= sizeof mPath) return false;
-    // The kernel folds "//" as the mapping does; "." and ".." it does not
-    // take as the mapping does, and a relative path must start at the root.
-    if (devicePath.empty() || devicePath[0] != '/' || HasDotComponent(devicePath, true)) return false;
+    if (size >= sizeof mPath || !KernelMayMap(devicePath)) return false;
     std::memcpy(mPath, root.data(), root.size());
     std::memcpy(mPath + root.size(), devicePath.data(), devicePath.size());
     mPath[size] = '\0';
@@ -217,7 +223,7 @@ bool SettledByKernel(const std::string& root, const std::string& devicePath, Las
                      std::string* host, Result* outcome) {
   if (!gKernelChecks.load(std::memory_order_relaxed) || HasDotDot(devicePath)) return false;
   MapBelowRootInto(root, devicePath, host);
-  int error = OpenWithoutLinks(host->c_str(), last == LastComponent::kKeep ? O_PATH | O_NOFOLLOW : O_PATH);
+  int error = OpenWithoutLinks(AT_FDCWD, host->c_str(), last == LastComponent::kKeep ? O_PATH | O_NOFOLLOW : O_PATH);
   if (KernelCannotTell(error)) return false;
   if (error != 0 && error != ENOENT && error != ENOTDIR) return false;  // the operation decides
   // No link before the walk's end; a missing path fails reads as it would anyway.
@@ -253,7 +259,7 @@ Result ResolveRenameBelowRoot(const std::string& root, const std::string& from, 
   if (shared && gKernelChecks.load(std::memory_order_relaxed)) {
     MapBelowRootInto(root, from, hostFrom);
     MapBelowRootInto(root, to, hostTo);
-    int error = OpenWithoutLinks(hostFrom->substr(0, hostFrom->rfind('/')).c_str(), O_PATH);
+    int error = OpenWithoutLinks(AT_FDCWD, hostFrom->substr(0, hostFrom->rfind('/')).c_str(), O_PATH);
     // No link up to the folder, and neither last component is followed.
     if (!KernelCannotTell(error) && (error == 0 || error == ENOENT || error == ENOTDIR)) return Result::Ok();
   }
@@ -263,10 +269,22 @@ Result ResolveRenameBelowRoot(const std::string& root, const std::string& from, 
 }
 
 bool ProbeBelowRoot(const std::string& root, const std::string& devicePath, bool* opens) {
-  PlainHostPath host;
-  if (!host.Build(root, devicePath)) return false;
   // Without waiting: a FIFO where a file is looked for must not stop the lookup.
-  int error = OpenWithoutLinks(host.c_str(), O_RDONLY | O_NONBLOCK);
+  const int flags = O_RDONLY | O_NONBLOCK;
+  int error = 0;
+  int folder = ThreadRootDescriptor(root);
+  if (folder >= 0) {
+    // Below the root folder's own descriptor: no host path to build, and the
+    // kernel walks only the device path's folders.
+    if (!KernelMayMap(devicePath)) return false;
+    const char* relative = devicePath.c_str();
+    while (*relative == '/') ++relative;
+    error = OpenWithoutLinks(folder, *relative != '\0' ? relative : ".", flags);
+  } else {
+    PlainHostPath host;
+    if (!host.Build(root, devicePath)) return false;
+    error = OpenWithoutLinks(AT_FDCWD, host.c_str(), flags);
+  }
   if (KernelCannotTell(error)) return false;
   *opens = error == 0;
   return true;
@@ -277,7 +295,7 @@ bool AppendBelowRoot(const std::string& root, const std::string& devicePath, con
   PlainHostPath host;
   if (!host.Build(root, devicePath)) return false;
   int fd = -1;
-  int error = OpenDescriptorWithoutLinks(host.c_str(), O_RDWR, &fd);
+  int error = OpenDescriptorWithoutLinks(AT_FDCWD, host.c_str(), O_RDWR, &fd);
   if (KernelCannotTell(error)) return false;
   if (error != 0) {
     *outcome = Result::Error(error).OnPath(devicePath);
@@ -297,7 +315,7 @@ bool ReadBelowRoot(const std::string& root, const std::string& devicePath, std::
   if (!host.Build(root, devicePath)) return false;
   // Without waiting: a FIFO opens at once, and is then refused.
   int fd = -1;
-  int error = OpenDescriptorWithoutLinks(host.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY, &fd);
+  int error = OpenDescriptorWithoutLinks(AT_FDCWD, host.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY, &fd);
   if (error == ENOENT || error == ENOTDIR) {
     *outcome = Result::Error(error, devicePath);
     return true;
