@@ -11,6 +11,8 @@
 
 #include <vireline/LTMJson.h>
 
+#include "EmulatorThreads.h"
+
 using LTM::Value;
 
 namespace {
@@ -68,6 +70,7 @@ const size_t kSmallStack = 256 * 1024;
 }  // namespace
 
 TEST(ValueReleaseTest, AChainTwoHundredThousandLevelsDeepIsReleasedOnASmallStack) {
+  SKIP_WITHOUT_THREADS();
   bool released = false;
   RunOnSmallStack(kSmallStack, [&released] {
     {
@@ -80,6 +83,7 @@ TEST(ValueReleaseTest, AChainTwoHundredThousandLevelsDeepIsReleasedOnASmallStack
 }
 
 TEST(ValueReleaseTest, ClearingAndShrinkingReleaseDeepChildrenOnASmallStack) {
+  SKIP_WITHOUT_THREADS();
   int depthAfterClear = -1;
   unsigned sizeAfterResize = 99;
   RunOnSmallStack(kSmallStack, [&] {

@@ -11,6 +11,7 @@
 #include <vireline/Platform.h>
 
 #include "DeviceRootTest.h"
+#include "EmulatorThreads.h"
 #include "platform/Env.h"
 
 namespace fs = std::filesystem;
@@ -58,6 +59,7 @@ TEST_F(DeviceRootFolderTest, ARootFolderMadeAfterItWasChosenIsProbed) {
 }
 
 TEST_F(DeviceRootFolderTest, AnotherThreadProbesTheSameFolder) {
+  SKIP_WITHOUT_THREADS();
   WriteFile("/QV/a.png", "asset");
   bool found = false;
   bool missing = true;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "DeviceRootTest.h"
+#include "EmulatorThreads.h"
 #include "InspectorRunner.h"
 #include "baseutils/FakeDaemon.h"
 
@@ -17,13 +18,8 @@ std::string Message(uint32_t command, uint32_t value) { return FakeDaemon::Messa
 
 }  // namespace
 
-// The inspector is another process, so its daemon must answer from a thread;
-// the user-mode emulator that runs the cross-built tests cannot start one.
-#ifdef VIRELINE_TESTS_UNDER_EMULATOR
-#define SKIP_WITHOUT_THREADS() GTEST_SKIP() << "the emulator running these tests cannot start threads"
-#else
-#define SKIP_WITHOUT_THREADS() static_cast<void>(0)
-#endif
+// The inspector is another process, so its daemon must answer from a thread
+// (which the emulator that runs the cross-built tests cannot start).
 
 class DaemonCommandTest : public DeviceRootTest {
  protected:
