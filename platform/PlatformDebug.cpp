@@ -68,6 +68,9 @@ void Emit(int module, int level, const char* text) {
 // format has any other conversion.
 const int kNotOnlyStrings = -2;
 
+// What a missing text prints as, as the C library's formatter prints it.
+const char kNullText[] = "(null)";
+
 int CopyStrings(char* out, size_t size, const char* format, va_list args) {
   size_t length = 0;
   auto put = [&](const char* text, size_t count) {
@@ -85,7 +88,7 @@ int CopyStrings(char* out, size_t size, const char* format, va_list args) {
       put("%", 1);
     } else if (percent[1] == 's') {
       const char* text = va_arg(args, const char*);
-      if (text == nullptr) text = "(null)";
+      if (text == nullptr) text = kNullText;
       put(text, std::strlen(text));
     } else {
       return kNotOnlyStrings;
@@ -212,7 +215,7 @@ namespace vireline {
 
 void DebugOutJoined(int module, int level, std::string_view prefix, const char* text, std::string_view suffix) {
   if (level > PlatformDebug(module).GetEffectiveDebugLevel()) return;
-  std::string_view middle = text != nullptr ? std::string_view(text) : std::string_view("(null)");
+  std::string_view middle = text != nullptr ? text : kNullText;
   size_t length = prefix.size() + middle.size() + suffix.size();
   char small[512];
   std::string large;

@@ -30,7 +30,6 @@ constexpr int kMaxLinks = 40;
 // from then on every path is walked in user space.
 std::atomic<bool> gKernelChecks{true};
 
-
 // Opens host path `host` with `flags` refusing every symbolic link on the way
 // (the last one too unless `flags` has O_NOFOLLOW): 0 with *fd set when it
 // opened, ELOOP when a link was met, the open's error otherwise. One system call.

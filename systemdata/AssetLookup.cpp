@@ -75,15 +75,6 @@ std::string_view Bytes(const char (&literal)[N]) {  // a literal's length is kno
 }
 std::string_view Bytes(std::string_view text) { return text; }
 
-// Concatenates `parts` with a single allocation.
-template <typename... Parts>
-CPath Joined(const Parts&... parts) {
-  std::string path;
-  path.reserve((Bytes(parts).size() + ...));
-  (path.append(Bytes(parts)), ...);
-  return CPath(std::move(path));
-}
-
 // Tries candidates in order and remembers the one the probe accepted. Each
 // candidate is built in one buffer that keeps its storage from candidate to
 // candidate and lookup to lookup: a lookup tries up to 16 paths and only the
@@ -185,7 +176,6 @@ std::shared_ptr<const LookupLocale> LocaleOf(CSystemData* data, const Search& se
   return std::shared_ptr<const LookupLocale>(std::shared_ptr<const LookupLocale>(), tLast.get());
 }
 
-
 // An audio name split at its last ".": ext keeps the dot; without one, ext is
 // empty. Views of the asked name's bytes: every lookup splits it, and copies
 // would cost more than the split.
@@ -265,7 +255,10 @@ CPath PlaceholderFor(tAssetKind kind, const CPath& name) {
   if (placeholder == nullptr) return CPath();
   if (kind != tAssetKind::kAudio) return name.raw() == placeholder ? CPath() : CPath(placeholder);
   AudioName audio = SplitAudioName(name);
-  return audio.stem == placeholder ? CPath() : Joined(std::string_view(placeholder), audio.ext);
+  if (audio.stem == placeholder) return CPath();
+  std::string path(placeholder);
+  path.append(audio.ext);
+  return CPath(std::move(path));
 }
 
 bool SearchCandidates(CSystemData* data, tAssetKind kind, const CPath& name, Search* search) {
